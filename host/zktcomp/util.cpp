@@ -1,0 +1,580 @@
+// Support library: strings, sets, streams and the UT text helpers.
+#include "util.h"
+
+#include <ctype.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include <set>
+#include <string>
+
+#include "ierrrep.h"
+
+// ---------------------------------------------------------------- mstring
+
+mstring::mstring(const mstring& other) : p(nullptr), allocated(0), length(0) {
+  set(other.p, other.size());
+}
+
+mstring::mstring(const char* s) {
+  length = (size_t)(int)strlen(s);
+  allocated = length + 1;
+  p = new char[allocated];
+  memcpy(p, s, length);
+  p[length] = 0;
+}
+
+mstring::mstring(const char* s, size_t n) {
+  length = n;
+  allocated = n + 1;
+  p = new char[allocated];
+  memcpy(p, s, n);
+  p[n] = 0;
+}
+
+mstring::~mstring() { delete[] p; }
+
+mstring& mstring::operator=(const mstring& other) {
+  set(other.p, other.size());
+  return *this;
+}
+
+void mstring::set(const char* s, size_t len) {
+  if (len == 0) {
+    delete[] p;
+    p = nullptr;
+    allocated = 0;
+    length = 0;
+    return;
+  }
+  if (len >= allocated) {
+    size_t cap = len + 100;
+    if (cap < allocated * 2) cap = allocated * 2;
+    char* fresh = new char[cap];
+    memcpy(fresh, s, len);  // s may point into the old buffer: copy before freeing
+    delete[] p;
+    p = fresh;
+    allocated = cap;
+  } else {
+    memmove(p, s, len);
+  }
+  p[len] = 0;
+  length = len;
+}
+
+void mstring::add(const char* s, size_t len) {
+  if (p == nullptr) {
+    set(s, len);
+    return;
+  }
+  size_t newlen = length + len;
+  if (newlen >= allocated) {
+    size_t cap = newlen + 200;
+    if (cap < allocated * 2) cap = allocated * 2;
+    char* fresh = new char[cap];
+    memcpy(fresh, p, length);
+    if (len) memcpy(fresh + length, s, len);  // s may point into the old buffer
+    delete[] p;
+    p = fresh;
+    allocated = cap;
+  } else if (len) {
+    memmove(p + length, s, len);
+  }
+  p[newlen] = 0;
+  length = newlen;
+}
+
+mstring& mstring::operator+=(const mstring& other) {
+  add(other.p, other.length);
+  return *this;
+}
+
+mstring& mstring::operator+=(char c) {
+  add(&c, 1);
+  return *this;
+}
+
+const char* mstring::c_str() const { return p ? p : ""; }
+
+unsigned int mstring::bytes() const {
+  if (p == nullptr || p[0] != '"') return size();
+  unsigned int n = 0;
+  // Stops at the end of the text too, so that an unclosed value can't run off.
+  for (const char* s = p + 1; *s && *s != '"'; s++, n++) {
+    if (*s == '\\' && s[1]) s++;
+  }
+  return n;
+}
+
+bool mstring::startsWith(const char* s) const { return strncmp(p, s, strlen(s)) == 0; }
+
+mstring operator+(const mstring& a, const mstring& b) {
+  mstring r(a);
+  r += b;
+  return r;
+}
+
+mstring operator+(const mstring& a, const char* b) {
+  mstring r(a);
+  if (b) r.add(b, strlen(b));
+  return r;
+}
+
+mstring operator+(const char* a, const mstring& b) {
+  mstring r(a);
+  r += b;
+  return r;
+}
+
+bool operator==(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) == 0; }
+bool operator!=(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) != 0; }
+bool operator<(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) < 0; }
+bool operator>(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) > 0; }
+
+// ---------------------------------------------------------------- handles
+
+HIComparable::HIComparable(IComparable* p) : ptr(p) {
+  if (ptr) ptr->count++;
+}
+
+HIComparable::HIComparable(const HIComparable& other) : ptr(other.ptr) {
+  if (ptr) ptr->count++;
+}
+
+HIComparable::~HIComparable() {
+  if (ptr && --ptr->count < 1) delete ptr;
+}
+
+HIComparable HIComparable::operator=(const HIComparable& other) {
+  if (ptr && --ptr->count < 1) delete ptr;
+  ptr = other.ptr;
+  if (ptr) ptr->count++;
+  return *this;
+}
+
+bool HIComparable::less(const HIComparable& other) const {
+  if (ptr == nullptr) return true;
+  return ptr->less(other.get());
+}
+
+// ---------------------------------------------------------------- sets
+
+namespace {
+
+// Orders handles and probe objects by the objects' own less.
+struct ByLess {
+  using is_transparent = void;
+  static const IComparable* obj(const HIComparable& h) { return h.get(); }
+  static const IComparable* obj(const IComparable& o) { return &o; }
+  template <class A, class B>
+  bool operator()(const A& a, const B& b) const {
+    const IComparable* x = obj(a);
+    if (x == nullptr) return true;
+    return x->less(obj(b));
+  }
+};
+
+class SetImpl;
+
+class PosImpl : public ISet::Pos {
+public:
+  const SetImpl* owner;
+  unsigned int index;
+  explicit PosImpl(const SetImpl* o) : owner(o), index(0) {}
+  HIComparable get() override;
+  void next() override { index++; }
+  bool valid() override;
+};
+
+// Holds every object twice: els in order of insertion (iteration, size) and
+// sorted_els ordered by less (add, find, remove). The sorted side is a
+// balanced tree so that a schema with many types stays fast to compile.
+class SetImpl : public ISet {
+public:
+  mvector<HIComparable> els;
+  std::set<HIComparable, ByLess> sorted_els;
+
+  ~SetImpl() override {
+    for (unsigned int i = 0; i < els.len; i++) els[i] = HIComparable();
+    sorted_els.clear();
+  }
+
+  bool add(const HIComparable& obj) override {
+    if (!sorted_els.insert(obj).second) return false;  // the object that came first stays
+    els.push_back(obj);
+    return true;
+  }
+
+  HIComparable* find(const HIComparable& obj) override { return found(sorted_els.find(obj)); }
+  HIComparable* find(const IComparable& obj) override { return found(sorted_els.find(obj)); }
+
+  int size() const override { return (int)els.size(); }
+
+  // Removes from the sorted side only: the object is no longer found, but
+  // iteration and size still show it.
+  void remove(const IComparable& obj) override {
+    auto it = sorted_els.find(obj);
+    if (it != sorted_els.end()) sorted_els.erase(it);
+  }
+
+  Pos* first() const override { return new PosImpl(this); }
+
+private:
+  HIComparable* found(std::set<HIComparable, ByLess>::iterator it) {
+    if (it == sorted_els.end()) return nullptr;
+    return const_cast<HIComparable*>(&*it);
+  }
+};
+
+HIComparable PosImpl::get() {
+  if (index < owner->els.size()) return owner->els[index];
+  return HIComparable();
+}
+
+bool PosImpl::valid() { return index < owner->els.size(); }
+
+}  // namespace
+
+ISet* ISet::create() { return new SetImpl(); }
+
+bool StringSet::insert(const mstring& s) {
+  if (!m_index.insert(std::string(s.c_str())).second) return false;
+  els.push_back(s);
+  return true;
+}
+
+// Equality is strcmp on c_str(), so the key is the text up to its first NUL.
+bool StringSet::find(const mstring& s) { return m_index.count(std::string(s.c_str())) != 0; }
+
+// ---------------------------------------------------------------- streams
+
+mstring IOutStream::retstr() { return mstring(); }
+
+namespace {
+
+class ZktOFstream : public IOutStream {
+public:
+  FILE* fs;
+  ZktOFstream(const mstring& name, bool binary) : fs(fopen(name.c_str(), binary ? "wb" : "w")) {
+    if (fs == nullptr) IErrReporter::panic(mstring("Cannot open file ") + name, true);
+  }
+  ~ZktOFstream() override {
+    if (fs) fclose(fs);
+  }
+  IOutStream& operator<<(const mstring& s) override {
+    fputs(s.c_str(), fs);
+    return *this;
+  }
+  IOutStream& operator<<(const char* s) override {
+    fputs(s, fs);
+    return *this;
+  }
+  IOutStream& operator<<(long n) override {
+    fprintf(fs, "%ld", n);
+    return *this;
+  }
+  IOutStream& operator<<(unsigned long n) override {
+    fprintf(fs, "%lu", n);
+    return *this;
+  }
+  IOutStream& operator<<(char c) override {
+    fputc(c, fs);
+    return *this;
+  }
+  IOutStream& operator<<(long long n) override {
+    fprintf(fs, "%lld", n);
+    return *this;
+  }
+  bool good() override { return fs != nullptr; }
+};
+
+class ZktOstringstream : public IOutStream {
+public:
+  mstring str;
+  IOutStream& operator<<(const mstring& s) override {
+    str.add(s.c_str(), strlen(s.c_str()));
+    return *this;
+  }
+  IOutStream& operator<<(const char* s) override {
+    str.add(s, strlen(s));
+    return *this;
+  }
+  IOutStream& operator<<(long n) override { return num("%ld", n); }
+  IOutStream& operator<<(unsigned long n) override { return num("%lu", n); }
+  IOutStream& operator<<(char c) override {
+    str += c;
+    return *this;
+  }
+  IOutStream& operator<<(long long n) override { return num("%lld", n); }
+  bool good() override { return true; }
+  mstring retstr() override { return str; }
+
+private:
+  template <class N>
+  IOutStream& num(const char* fmt, N n) {
+    char buf[32];
+    int k = snprintf(buf, sizeof buf, fmt, n);
+    str.add(buf, (size_t)k);
+    return *this;
+  }
+};
+
+class NullStream : public IOutStream {
+public:
+  IOutStream& operator<<(const mstring&) override { return *this; }
+  IOutStream& operator<<(const char*) override { return *this; }
+  IOutStream& operator<<(long) override { return *this; }
+  IOutStream& operator<<(unsigned long) override { return *this; }
+  IOutStream& operator<<(char) override { return *this; }
+  IOutStream& operator<<(long long) override { return *this; }
+  bool good() override { return true; }
+};
+
+// A second name for a stream it doesn't own; returns itself, not the target.
+class WrapStream : public IOutStream {
+public:
+  IOutStream* os1;
+  explicit WrapStream(IOutStream* s) : os1(s) {}
+  IOutStream& operator<<(const mstring& s) override { return fwd(s); }
+  IOutStream& operator<<(const char* s) override { return fwd(s); }
+  IOutStream& operator<<(long n) override { return fwd(n); }
+  IOutStream& operator<<(unsigned long n) override { return fwd(n); }
+  IOutStream& operator<<(char c) override { return fwd(c); }
+  IOutStream& operator<<(long long n) override { return fwd(n); }
+  bool good() override { return os1->good(); }
+
+private:
+  template <class V>
+  IOutStream& fwd(V v) {
+    *os1 << v;
+    return *this;
+  }
+};
+
+// Writes every call to os1, then to os2.
+class DupStream : public IOutStream {
+public:
+  IOutStream* os1;
+  IOutStream* os2;
+  bool m_own;
+  DupStream(IOutStream* a, IOutStream* b, bool own) : os1(a), os2(b), m_own(own) {}
+  ~DupStream() override {
+    if (m_own) {
+      delete os1;
+      delete os2;
+    }
+  }
+  IOutStream& operator<<(const mstring& s) override { return fwd(s); }
+  IOutStream& operator<<(const char* s) override { return fwd(s); }
+  IOutStream& operator<<(long n) override { return fwd(n); }
+  IOutStream& operator<<(unsigned long n) override { return fwd(n); }
+  IOutStream& operator<<(char c) override { return fwd(c); }
+  IOutStream& operator<<(long long n) override { return fwd(n); }
+  bool good() override { return os1->good() && os2->good(); }
+
+private:
+  template <class V>
+  IOutStream& fwd(V v) {
+    *os1 << v;
+    *os2 << v;
+    return *this;
+  }
+};
+
+}  // namespace
+
+IOutStream* IOutStream::createFileStream(const mstring& fnm) { return new ZktOFstream(fnm, false); }
+IOutStream* IOutStream::createStrStream(const mstring&) { return new ZktOstringstream(); }
+IOutStream* IOutStream::createNullStream() { return new NullStream(); }
+IOutStream* IOutStream::createWrapStream(IOutStream* s1) { return new WrapStream(s1); }
+IOutStream* IOutStream::createDupStream(IOutStream* s1, IOutStream* s2, bool own) {
+  return new DupStream(s1, s2, own);
+}
+
+// ---------------------------------------------------------------- UT
+
+namespace UT {
+
+Buf::Buf(int size) : m_ptr(new char[size + 2]), m_bufsz(size) { eos(); }
+Buf::~Buf() { delete[] m_ptr; }
+
+void Buf::read(FILE* is) {
+  if (fgets(m_ptr, m_bufsz, is) == nullptr) {
+    // Nothing read: the buffer keeps what it held and is scanned the same way.
+  }
+  for (char* s = m_ptr; *s; s++) {
+    if (*s == '\r' || *s == '\n' || (s[0] == '/' && s[1] == '/')) {
+      *s = 0;
+      break;
+    }
+  }
+}
+
+mstring trim(const mstring& s0) {
+  const char* b = s0.c_str();
+  const char* e = b + strlen(b);
+  while (b < e && isspace((unsigned char)*b)) b++;
+  while (e > b && isspace((unsigned char)e[-1])) e--;
+  return mstring(b, (size_t)(e - b));
+}
+
+// The character right behind a separator is never tested, so of two adjacent
+// separators only the first splits: "a..b" gives "a" and ".b". The text must
+// not end in sep.
+mvector<mstring> splitName(const mstring& name, char sep) {
+  mvector<mstring> res;
+  const char* s = name.c_str();
+  const char* beg = s;
+  while (*s) {
+    if (*s == sep) {
+      res.push_back(mstring(beg, (size_t)(s - beg)));
+      s++;
+      beg = s;
+      if (*s == 0) break;  // a trailing separator would step over the NUL
+    }
+    s++;
+  }
+  res.push_back(mstring(beg));
+  return res;
+}
+
+mstring n2s(unsigned int n) {
+  char buf[32];
+  snprintf(buf, sizeof buf, "%u", n);
+  mstring r(buf);
+  if (n > 2147483647u) r += 'U';
+  return r;
+}
+
+mstring n2s(void* p) {
+  char buf[32];
+  snprintf(buf, sizeof buf, "%p", p);
+  return mstring(buf);
+}
+
+mstring n2s(int n) {
+  char buf[32];
+  snprintf(buf, sizeof buf, "%d", n);
+  return mstring(buf);
+}
+
+mstring n2s(double d) {
+  char buf[64];
+  snprintf(buf, sizeof buf, "%g", d);
+  return mstring(buf);
+}
+
+mstring n2s(long long n) {
+  char buf[32];
+  snprintf(buf, sizeof buf, "%lld", n);
+  return mstring(buf);
+}
+
+mstring n2s(long long n, int width) { return adjust(n2s(n), width); }
+mstring n2s(int n, int width) { return adjust(n2s(n), width); }
+mstring n2s(unsigned int n, int width) { return adjust(n2s(n), width); }
+
+mstring Q(const mstring& s) { return "\"" + s + "\""; }
+mstring Q(int n) { return Q(n2s(n)); }
+
+mstring adjust(const mstring& s, int lenWanted) {
+  mstring r(s);
+  for (int i = (int)s.size(); i < lenWanted; i++) r += ' ';
+  return r;
+}
+
+pairstrings split2(const mstring& s) {
+  pairstrings r;
+  const char* b = s.c_str();
+  const char* w = b;
+  while (*w && !isspace((unsigned char)*w)) w++;
+  r.first = mstring(b, (size_t)(w - b));
+  while (*w && isspace((unsigned char)*w)) w++;
+  if (*w) r.second = mstring(w);
+  return r;
+}
+
+int imax(int a, int b) { return a > b ? a : b; }
+
+bool nameBeg(char c) { return c == '_' || isalpha((unsigned char)c); }
+bool nameBeg(char c, char prev) { return prev != '0' && nameBeg(c); }
+bool nameCont(char c) { return c == '_' || isalpha((unsigned char)c) || (c >= '0' && c <= '9'); }
+
+// The root directory "/" comes out as nothing, so a name joined to it is
+// relative: intended, and kept.
+mstring makefnm(const mstring& dir_, const mstring& fnm) {
+  mstring d(dir_);
+  if (!d.empty() && (d[(int)d.size() - 1] == '/' || d[(int)d.size() - 1] == '\\'))
+    d = mstring(d.c_str(), d.size() - 1);
+  if (!d.empty()) d += mstring(OS_SEP);
+  d += fnm;
+  return d;
+}
+
+void dlog(const mstring&) {}
+
+}  // namespace UT
+
+// ---------------------------------------------------------------- generator helpers
+
+mstring hppClass(const mstring& n) { return mstring("") + n + mstring(""); }
+
+const char* simple_put_cast(int size) {
+  switch (size) {
+    case 1: return "uint1";
+    case 2: return "uint2";
+    case 4: return "uint4";
+    case 8: return "&";
+  }
+  return nullptr;
+}
+
+const char* enum_int_type(int size) {
+  switch (size) {
+    case 1: return "uint1";
+    case 2: return "uint2";
+    case 4: return "uint4";
+  }
+  IErrReporter::panic("illegal enum element size (" + UT::n2s(size) + ")", false);
+}
+
+const char* simple_get_accessor_name(int size) {
+  switch (size) {
+    case 1: return "zkt_w_b1_get";
+    case 2: return "zkt_w_b2_get";
+    case 4: return "zkt_w_b4_get";
+    case 8: return "zkt_w_b8_get";
+  }
+  IErrReporter::panic("illegal simple element size (" + UT::n2s(size) + ")", false);
+}
+
+const char* simple_put_accessor_name(int size, bool with_event) {
+  // clang-format off
+  static const char* const names[2][4] = {
+    { "zkt_w_b1_put",    "zkt_w_b2_put",    "zkt_w_b4_put",    "zkt_w_b8_put" },
+    { "zkt_w_b1_put_ev", "zkt_w_b2_put_ev", "zkt_w_b4_put_ev", "zkt_w_b8_put_ev" },
+  };
+  // clang-format on
+  switch (size) {
+    case 1: return names[with_event][0];
+    case 2: return names[with_event][1];
+    case 4: return names[with_event][2];
+    case 8: return names[with_event][3];
+  }
+  IErrReporter::panic("illegal simple element size (" + UT::n2s(size) + ")", false);
+}
+
+IOutStream& I(IOutStream& os, int n) {
+  for (int i = 0; i < n; i++) os << ' ';
+  return os;
+}
+
+// "<" and ">" become "{" and "}" so that the dump stays well-formed XML.
+mstring A(const mstring& name, const mstring& value) {
+  mstring v(value);
+  for (unsigned int i = 0; i < v.size(); i++) {
+    if (v[(int)i] == '<') v[(int)i] = '{';
+    else if (v[(int)i] == '>') v[(int)i] = '}';
+  }
+  return name + "=" + UT::Q(v) + " ";
+}

@@ -1,0 +1,243 @@
+// Support library: strings, reference-counted handles and sets, output streams, text helpers.
+#ifndef ZKTCOMP_UTIL_H
+#define ZKTCOMP_UTIL_H
+
+#include <stddef.h>
+#include <stdio.h>
+
+#include <string>
+#include <unordered_set>
+
+#include "mvector.h"
+
+// ---------------------------------------------------------------- mstring
+// The compiler's string. p is null in a string that never held text or was
+// set to empty; a null p and a one-byte buffer are equal in every operation
+// except startsWith and operator[]. When p is set, p[length] is NUL and
+// length < allocated. Capacity grows geometrically (internal only).
+class mstring {
+public:
+  char* p;
+  size_t allocated;
+  size_t length;
+
+  mstring() : p(nullptr), allocated(0), length(0) {}
+  mstring(const mstring& other);
+  mstring(const char* s);  // s must not be null; p is set even for ""
+  mstring(const char* s, size_t n);
+  ~mstring();
+
+  mstring& operator=(const mstring& other);
+  void set(const char* s, size_t len);  // len 0 frees the buffer
+  void add(const char* s, size_t len);
+  mstring& operator+=(const mstring& other);
+  mstring& operator+=(char c);  // a NUL is appended like any byte
+
+  char& operator[](int i) { return p[i]; }  // no checks, not even for a null p
+  const char& operator[](int i) const { return p[i]; }
+  const char* c_str() const;  // never null
+  unsigned int size() const { return (unsigned int)length; }
+  bool empty() const { return length == 0; }
+  // Length of the value in a generated C string: a quoted literal counts its
+  // characters between the quotes, an escape pair as one.
+  unsigned int bytes() const;
+  bool startsWith(const char* s) const;  // reads p directly: only for strings holding text
+};
+
+mstring operator+(const mstring& a, const mstring& b);
+mstring operator+(const mstring& a, const char* b);
+mstring operator+(const char* a, const mstring& b);
+bool operator==(const mstring& a, const mstring& b);
+bool operator!=(const mstring& a, const mstring& b);
+bool operator<(const mstring& a, const mstring& b);
+bool operator>(const mstring& a, const mstring& b);
+
+// ---------------------------------------------------------------- handles and sets
+// Base of everything a set holds; made with new, deleted by its last handle.
+class IComparable {
+public:
+  int count;
+  IComparable() : count(0) {}
+  virtual ~IComparable() {}
+  virtual bool less(const IComparable* other) const = 0;
+};
+
+class HIComparable {
+public:
+  IComparable* ptr;
+  HIComparable() : ptr(nullptr) {}
+  HIComparable(IComparable* p);
+  HIComparable(const HIComparable& other);
+  ~HIComparable();
+  // Releases the old object before taking the new one.
+  HIComparable operator=(const HIComparable& other);
+  IComparable* get() { return ptr; }
+  const IComparable* get() const { return ptr; }
+  bool less(const HIComparable& other) const;  // a null handle is less than everything
+};
+
+// A set of named objects: searched by name (through less), walked in the
+// order of insertion.
+class ISet {
+public:
+  class Pos {
+  public:
+    virtual ~Pos() {}
+    virtual HIComparable get() = 0;
+    virtual void next() = 0;
+    virtual bool valid() = 0;
+  };
+  class HPos {
+  public:
+    Pos* ptr;
+    HPos(Pos* p) : ptr(p) {}
+    ~HPos() { delete ptr; }
+    void next() { ptr->next(); }
+    bool valid() { return ptr->valid(); }
+    HIComparable get() { return ptr->get(); }
+  private:
+    HPos(const HPos&);
+    HPos& operator=(const HPos&);
+  };
+
+  virtual ~ISet() {}
+  virtual bool add(const HIComparable& obj) = 0;
+  virtual HIComparable* find(const HIComparable& obj) = 0;
+  virtual HIComparable* find(const IComparable& obj) = 0;
+  virtual int size() const = 0;
+  virtual void remove(const IComparable& obj) = 0;
+  virtual Pos* first() const = 0;
+  static ISet* create();
+};
+
+class HISet {
+public:
+  ISet* ptr;
+  HISet() : ptr(ISet::create()) {}
+  ~HISet() { delete ptr; }
+  ISet* get() const { return ptr; }
+  ISet::Pos* first() const { return ptr->first(); }
+  void insert(const HIComparable& h) { ptr->add(h); }
+private:
+  HISet(const HISet&);
+  HISet& operator=(const HISet&);
+};
+
+// A plain list of distinct strings, in insertion order. els is written only
+// through insert; a hash index beside it keeps lookups constant-time.
+class StringSet {
+public:
+  mvector<mstring> els;
+  virtual ~StringSet() {}
+  virtual bool insert(const mstring& s);
+  virtual bool find(const mstring& s);
+private:
+  std::unordered_set<std::string> m_index;
+};
+
+// ---------------------------------------------------------------- output streams
+class IOutStream {
+public:
+  virtual ~IOutStream() {}
+  virtual IOutStream& operator<<(const mstring& s) = 0;
+  virtual IOutStream& operator<<(const char* s) = 0;
+  virtual IOutStream& operator<<(long n) = 0;
+  virtual IOutStream& operator<<(unsigned long n) = 0;
+  virtual IOutStream& operator<<(char c) = 0;
+  virtual IOutStream& operator<<(long long n) = 0;
+  virtual bool good() = 0;
+  virtual mstring retstr();  // empty but for the string stream
+
+  IOutStream& operator<<(char* s) { return *this << (const char*)s; }
+  IOutStream& operator<<(int n) { return *this << (long)n; }
+  IOutStream& operator<<(unsigned int n) { return *this << (long)n; }
+  IOutStream& operator<<(unsigned short n) { return *this << (long)n; }
+
+  static IOutStream* createFileStream(const mstring& fnm);  // panics when it can't open
+  static IOutStream* createStrStream(const mstring& m_dir);  // argument ignored
+  static IOutStream* createNullStream();
+  static IOutStream* createWrapStream(IOutStream* s1);
+  static IOutStream* createDupStream(IOutStream* s1, IOutStream* s2, bool own);
+};
+
+class HIOutStream {
+public:
+  IOutStream* ptr;
+  HIOutStream(IOutStream* p) : ptr(p) {}
+  ~HIOutStream() { delete ptr; }
+  IOutStream* get() { return ptr; }
+private:
+  HIOutStream(const HIOutStream&);
+  HIOutStream& operator=(const HIOutStream&);
+};
+
+// ---------------------------------------------------------------- helpers
+class FSize;
+
+#define OS_SEP "/"
+
+namespace UT {
+struct pairstrings {
+  mstring first;
+  mstring second;
+};
+
+// A line buffer for reading schema files.
+class Buf {
+public:
+  char* m_ptr;
+  int m_bufsz;
+  explicit Buf(int size);
+  ~Buf();
+  void eos() { m_ptr[0] = 0; }
+  // At most m_bufsz - 1 characters, cut at the first CR, LF or "//".
+  void read(FILE* is);
+private:
+  Buf(const Buf&);
+  Buf& operator=(const Buf&);
+};
+
+mstring trim(const mstring& s0);
+mvector<mstring> splitName(const mstring& name, char sep);
+
+mstring n2s(unsigned int n);  // "U" suffix above the largest int
+mstring n2s(void* p);
+mstring n2s(int n);
+mstring n2s(double d);
+mstring n2s(long long n);
+mstring n2s(long long n, int width);
+mstring n2s(int n, int width);
+mstring n2s(unsigned int n, int width);
+
+mstring Q(const mstring& s);
+mstring Q(int n);
+mstring Q(const FSize& f);
+
+mstring adjust(const mstring& s, int lenWanted);  // pads on the right, never cuts
+pairstrings split2(const mstring& s);
+int imax(int a, int b);
+bool nameBeg(char c);
+bool nameBeg(char c, char prev);  // never right behind a "0": keeps hex letters out of names
+bool nameCont(char c);
+
+mstring makefnm(const mstring& dir_, const mstring& fnm);
+mstring currdir();
+mstring stringTime();  // keeps asctime's trailing newline
+void dlog(const mstring&);
+void finishComp(bool ok);
+}  // namespace UT
+
+void file_remove(const char* name);
+
+// Generator helpers.
+mstring hppClass(const mstring& n);
+const char* simple_put_cast(int size);
+const char* enum_int_type(int size);
+const char* simple_get_accessor_name(int size);
+const char* simple_put_accessor_name(int size, bool with_event);
+
+// Dump helpers.
+IOutStream& I(IOutStream& os, int n);
+mstring A(const mstring& name, const mstring& value);
+
+#endif
