@@ -1,0 +1,101 @@
+// Command line and compile job: option handling, the failure path and the files it removes.
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <string>
+
+#include "genout.h"
+#include "job.h"
+#include "proc_util.h"
+
+namespace {
+
+const std::string kCompiler = ZKT_COMPILER_PATH;
+
+int entries(const std::string& dir) {
+  int n = 0;
+  DIR* d = opendir(dir.c_str());
+  while (dirent* e = readdir(d))
+    if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") n++;
+  closedir(d);
+  return n;
+}
+
+TEST(Cli, MissingSchemaFile) {
+  std::string dir = procutil::makeTempDir();
+  ProcResult r = procutil::runProgram({kCompiler, "missing.sch"}, dir);
+  EXPECT_EQ(r.status, 255);
+  char real[4096];
+  ASSERT_NE(realpath(dir.c_str(), real), nullptr);
+  EXPECT_EQ(r.out, "Current directory is: " + std::string(real) + "\nError executing DDL compiler\n");
+  EXPECT_EQ(r.err, "error: Cannot open \"missing.sch\"\n\n");
+  EXPECT_EQ(entries(dir), 0);
+}
+
+TEST(Cli, BadArgumentsGiveUsageAndStatus2) {
+  struct Case {
+    std::vector<std::string> args;
+    const char* firstLine;
+  } cases[] = {
+      {{"-bogus", "x.sch"}, "zktcomp: unknown option -bogus\n"},
+      {{"x.sch", "-o"}, "zktcomp: missing value for -o\n"},
+      {{"-size-t", "5", "x.sch"}, "zktcomp: bad value \"5\" for -size-t: expected 4 or 8\n"},
+      {{"-wchar", "8", "x.sch"}, "zktcomp: bad value \"8\" for -wchar: expected 2 or 4\n"},
+      {{}, "zktcomp: no schema file given\n"},
+      {{"a.sch", "b.sch"}, "zktcomp: more than one schema file: b.sch\n"},
+  };
+  std::string dir = procutil::makeTempDir();
+  procutil::writeFile(dir + "/x.sch", "declare database x;\n");
+  for (const Case& c : cases) {
+    std::vector<std::string> argv{kCompiler};
+    argv.insert(argv.end(), c.args.begin(), c.args.end());
+    ProcResult r = procutil::runProgram(argv, dir);
+    EXPECT_EQ(r.status, 2) << c.firstLine;
+    EXPECT_EQ(r.err.substr(0, r.err.find('\n') + 1), c.firstLine);
+    EXPECT_NE(r.err.find("usage: zktcomp [options] <schema-file>"), std::string::npos);
+    EXPECT_EQ(r.out, "");
+  }
+  EXPECT_EQ(entries(dir), 1);  // nothing written
+}
+
+TEST(Cli, HelpAndVersion) {
+  for (const char* opt : {"-help", "-h", "--help"}) {
+    ProcResult r = procutil::runProgram({kCompiler, opt});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out.rfind("usage: zktcomp", 0), 0u) << opt;
+  }
+  ProcResult r = procutil::runProgram({kCompiler, "-version"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "Vantrel Schema Compiler version 8.3, build 1803, revision interim build Vantrel_8.3_1803, rev.29517\n");
+}
+
+TEST(Job, ListAllOutputsKeepsHandEditedFiles) {
+  std::string dir = procutil::makeTempDir();
+  mvector<mstring> fresh = GenOutput::listAllOutputs(dir.c_str(), "d");
+  const char* names[] = {"d.h", "d.c", "d.hpp", "d.xml", "d_udf.c", "d_coll.c"};
+  ASSERT_EQ(fresh.size(), 6u);
+  for (int i = 0; i < 6; i++) EXPECT_EQ(std::string(fresh[(unsigned)i].c_str()), dir + "/" + names[i]);
+
+  procutil::writeFile(dir + "/d_udf.c", "edited");
+  mvector<mstring> edited = GenOutput::listAllOutputs(dir.c_str(), "d");
+  EXPECT_EQ(std::string(edited[4].c_str()), dir + "/d_udf.c.new");
+  EXPECT_EQ(std::string(edited[5].c_str()), dir + "/d_coll.c");
+}
+
+TEST(Job, FinalCallbackRemovesTheNamedFiles) {
+  std::string dir = procutil::makeTempDir();
+  for (const char* f : {"/d.h", "/d.c", "/d_udf.c", "/d_udf.c.new", "/other.h"}) procutil::writeFile(dir + f, "x");
+  FinalCallback cb(dir.c_str());
+  cb.dbnameFound("");  // an empty name changes nothing
+  EXPECT_EQ(cb.m_files2remove.size(), 0u);
+  cb.dbnameFound("d");
+  cb.execute();
+  EXPECT_FALSE(procutil::fileExists(dir + "/d.h"));
+  EXPECT_FALSE(procutil::fileExists(dir + "/d.c"));
+  EXPECT_TRUE(procutil::fileExists(dir + "/d_udf.c"));
+  EXPECT_FALSE(procutil::fileExists(dir + "/d_udf.c.new"));
+  EXPECT_TRUE(procutil::fileExists(dir + "/other.h"));
+}
+
+}  // namespace
