@@ -1,0 +1,257 @@
+// Token reader: cuts preprocessed lines into tokens, and the number conversions of UT::CVT.
+#include "parser.h"
+
+#include <ctype.h>
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isBlank(char c) { return isspace((unsigned char)c) != 0; }
+bool isHexStart(const char* s) { return s[0] == '0' && (s[1] == 'x' || s[1] == 'X'); }
+
+}  // namespace
+
+// ---------------------------------------------------------------- UT::CVT
+
+namespace UT {
+
+bool CVT::isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+
+// No overflow check: the digits accumulate in 64 bits and wrap. "0x" alone is 0.
+bool CVT::fromHex(const char* s, long* n) {
+  if (!isHexStart(s)) return false;
+  unsigned long long v = 0;
+  for (s += 2; *s; s++) {
+    char c = *s;
+    if (isDigit(c))
+      v = v * 16 + (unsigned long long)(c - '0');
+    else if (c >= 'a' && c <= 'f')
+      v = v * 16 + (unsigned long long)(c - 'a' + 10);
+    else if (c >= 'A' && c <= 'F')
+      v = v * 16 + (unsigned long long)(c - 'A' + 10);
+    else
+      return false;
+  }
+  *n = (long)v;
+  return true;
+}
+
+bool CVT::fromOct(const char* s, long* n) {
+  if (s[0] != '0') return false;
+  unsigned long long v = 0;
+  for (s++; *s; s++) {
+    if (*s < '0' || *s > '7') return false;
+    v = v * 8 + (unsigned long long)(*s - '0');
+  }
+  *n = (long)v;
+  return true;
+}
+
+bool CVT::s2int(const char* s, long* n) {
+  if (s[0] == '0') return isHexStart(s) ? fromHex(s, n) : fromOct(s, n);
+  char* end;
+  long v = strtol(s, &end, 10);
+  if (*end != 0) return false;
+  *n = v;
+  return true;
+}
+
+// These three store the value even when the text wasn't used whole; an
+// empty text counts as a number.
+bool CVT::s2i8(const char* s, long long* n) {
+  char* end;
+  *n = strtoll(s, &end, 0);
+  return *end == 0;
+}
+
+bool CVT::s2u8(const char* s, unsigned long long* n) {
+  char* end;
+  *n = strtoull(s, &end, 0);
+  return *end == 0;
+}
+
+bool CVT::s2dbl(const char* s, double* n) {
+  char* end;
+  *n = strtod(s, &end);
+  return *end == 0;
+}
+
+}  // namespace UT
+
+// ---------------------------------------------------------------- Parser
+
+Parser::Parser(FILE* inp, const mstring& name, IErrReporter* rep, const mstring& includeDir, const mstring& dir)
+    : m_pos(0), m_prepr(inp, name, *rep, includeDir, dir) {}
+
+// Pushed-back tokens come first. Otherwise the next token of the current
+// line, reading lines as needed; a token never spans two lines.
+mstring Parser::get() {
+  if (v_taken.size()) {
+    mstring t = v_taken.back();
+    v_taken.pop_back();
+    return t;
+  }
+  mstring token;
+  while (!m_prepr.finished() && token.empty()) {
+    while (!m_prepr.finished() && m_pos >= (int)m_line.size()) {
+      m_line = m_prepr.readLine();
+      m_pos = 0;
+    }
+    if (m_prepr.finished()) break;
+    skipBlanks();
+    while (m_pos < (int)m_line.size() && (token.empty() || canAppend(token, m_line[m_pos]))) {
+      token += m_line[m_pos];
+      m_pos++;
+    }
+  }
+  return token;
+}
+
+void Parser::takeBack(mstring& t) { v_taken.push_back(t); }
+
+bool Parser::match(const mstring& sample) {
+  if (get() != sample) error1("expected #1", sample, m_pos);
+  return true;
+}
+
+mstring Parser::getName() {
+  mstring t = get();
+  const char* s = t.c_str();
+  bool ok = UT::nameBeg(s[0]);
+  for (int i = 1; ok && s[i]; i++) ok = UT::nameCont(s[i]);
+  // An empty token (end of input) is dropped by the translation, so the
+  // message then shows its placeholder: identifier expected, found "#1".
+  if (!ok) error1("identifier expected, found #1", t, m_pos);
+  return t;
+}
+
+unsigned int Parser::getNum() { return getNumEx(false); }
+
+// Hexadecimal and octal texts are read as such ("0" passes as 0); anything
+// else must be a positive decimal. With ok_if_fail a failed token is pushed
+// back and strtol's value (0 for a word) returned. No range check: the value
+// is cut to 32 bits.
+unsigned int Parser::getNumEx(bool ok_if_fail) {
+  mstring t = get();
+  const char* s = t.c_str();
+  long n = 0;
+  if (isHexStart(s)) {
+    if (!UT::CVT::fromHex(s, &n)) error1("not a hex number: #1", t, m_pos);
+    return (unsigned int)n;
+  }
+  if (s[0] == '0') {
+    if (!UT::CVT::fromOct(s, &n)) error1("not an octal number: #1", t, m_pos);
+    return (unsigned int)n;
+  }
+  char* end;
+  n = strtol(s, &end, 10);
+  if (*end != 0 || n <= 0) {
+    if (!ok_if_fail) error1("positive number expected, found #1", t, m_pos);
+    takeBack(t);
+  }
+  return (unsigned int)n;
+}
+
+// Like getNumEx, but any decimal value passes. A "-" token holds only digits
+// and points, so "-0x5" reads as 0 and leaves "x5" for the next get.
+int Parser::getSigned() {
+  mstring t = get();
+  const char* s = t.c_str();
+  long n = 0;
+  if (isHexStart(s)) {
+    if (!UT::CVT::fromHex(s, &n)) error1("not a hex number: #1", t, m_pos);
+    return (int)n;
+  }
+  if (s[0] == '0') {
+    if (!UT::CVT::fromOct(s, &n)) error1("not an octal number: #1", t, m_pos);
+    return (int)n;
+  }
+  char* end;
+  n = strtol(s, &end, 10);
+  if (*end != 0) error1("number expected, found #1", t, m_pos);
+  return (int)n;
+}
+
+// Works on the characters of the line and doesn't see pushed-back tokens.
+// Unlike get, it keeps an escape flag, so "a\\" ends at its last quote.
+mstring Parser::getQuotedString() {
+  mstring result;
+  while (!m_prepr.finished() && result.empty()) {
+    while (!m_prepr.finished() && m_pos >= (int)m_line.size()) {
+      m_line = m_prepr.readLine();
+      m_pos = 0;
+    }
+    if (m_prepr.finished()) break;
+    skipBlanks();
+    if (m_pos >= (int)m_line.size()) continue;
+    if (m_line[m_pos] != '"') error("opening double quote is expected", m_pos);
+    result += m_line[m_pos++];
+    bool escaped = false;
+    bool closed = false;
+    while (!closed && m_pos < (int)m_line.size()) {
+      char c = m_line[m_pos++];
+      result += c;
+      if (c == '\\' && !escaped) {
+        escaped = true;
+      } else {
+        closed = c == '"' && !escaped;
+        escaped = false;
+      }
+    }
+    if (!closed) error("closing double quote is expected", m_pos);
+  }
+  return result;
+}
+
+void Parser::skipBlanks() {
+  while (m_pos < (int)m_line.size() && isBlank(m_line[m_pos])) m_pos++;
+}
+
+// Whether c continues token; the tests are tried in this order.
+bool Parser::canAppend(const mstring& token, char c) {
+  const char* t = token.c_str();
+  char fst = t[0];
+  size_t len = token.size();
+  if (UT::nameBeg(fst)) return UT::nameCont(c);
+  if (fst == '0') {
+    if (len == 1 && (c == 'x' || c == 'X')) return true;
+    if (len > 1 && (t[1] == 'x' || t[1] == 'X')) return UT::CVT::isHexDigit(c);
+  }
+  // Numbers may hold several points and have no exponent: 1.2.3 is one
+  // token, 1e5 two. A lone "-" is a token.
+  if (isDigit(fst) || fst == '-') return isDigit(c) || c == '.';
+  // A string runs to the first quote not directly behind a backslash, or to
+  // the end of the line.
+  if (fst == '"') {
+    if (len == 1 || t[len - 1] != '"') return true;
+    return t[len - 2] == '\\';
+  }
+  if (isBlank(c)) return false;
+  if (fst != 0 && strchr("{}<>;,()[]:*.=", fst) != nullptr) return false;
+  // Names the character behind the strange one (intended); a strange
+  // character before a blank or the line end becomes a token of its own.
+  error(mstring("Unrecognized Symbol \"") + mstring(&c, 1) + "\"", m_pos);
+}
+
+bool Parser::wasError() const { return m_prepr.wasError(); }
+
+void Parser::error(const mstring& txt, int pos) { m_prepr.error(txt, pos); }
+
+void Parser::error1(const mstring& txt, const mstring& p1, int pos) { m_prepr.error1(txt, p1, pos); }
+
+void Parser::error2(const mstring& txt, const mstring& p1, const mstring& p2, int pos) {
+  m_prepr.error2(txt, p1, p2, pos);
+}
+
+void Parser::error3(const mstring& txt, const mstring& p1, const mstring& p2, const mstring& p3, int pos) {
+  m_prepr.error3(txt, p1, p2, p3, pos);
+}
+
+void Parser::error4(const mstring& txt, const mstring& p1, const mstring& p2, const mstring& p3,
+                    const mstring& p4, int pos) {
+  m_prepr.error4(txt, p1, p2, p3, p4, pos);
+}
+
+void Parser::warning(const mstring& txt, int pos) { m_prepr.warning(txt, pos); }
