@@ -6,6 +6,7 @@
 
 #include "errrep.h"
 #include "genout.h"
+#include "parser.h"
 
 void FinalCallback::execute() {
   if (m_genout) m_genout->close();
@@ -42,6 +43,8 @@ bool Job::run() {
 
   FinalCallback cbk(outDir);
   rep.setFinalCallback(&cbk);
+
+  Parser parser(inp, inputFile, &rep, incDir, outDir);
 
   fclose(inp);
 
