@@ -1,0 +1,370 @@
+// Schema model: lookups of the schema, symbolic sizes, and the system classes and indexes.
+#include "schema.h"
+
+#include <string.h>
+
+#include "ierrrep.h"
+
+// ---------------------------------------------------------------- FSize
+
+int FSize::operator=(int n) {
+  m_size_n = n;
+  m_size_s = mstring();
+  m_calc_type_size = 0;
+  return m_size_n;
+}
+
+const mstring& FSize::operator=(const mstring& s) {
+  m_size_s = s;
+  m_size_n = 0;
+  return m_size_s;
+}
+
+// Two texts are joined by "+" without parentheses: whoever built the left
+// expression brackets it if precedence matters.
+FSize& FSize::operator+=(const FSize& o) {
+  m_size_n += o.m_size_n;
+  if (is_str() && o.is_str()) m_size_s += mstring("+");
+  m_size_s += o.m_size_s;
+  return *this;
+}
+
+FSize::operator const mstring&() const {
+  tmp = mstring();
+  int parts = 0;
+  if (m_size_n != 0 || m_size_s.empty()) {
+    tmp += UT::n2s(m_size_n);
+    parts++;
+  }
+  if (!m_size_s.empty()) {
+    if (parts != 0) tmp += mstring("+");
+    tmp += m_size_s;
+  }
+  return tmp;
+}
+
+mstring UT::Q(const FSize& f) { return Q((const mstring&)f); }
+
+// ---------------------------------------------------------------- FldLayout, FieldRef
+
+bool FldLayout::operator<(const FldLayout& o) const {
+  if (m_isDirectStruct != o.m_isDirectStruct) return o.m_isDirectStruct;
+  return m_align > o.m_align;
+}
+
+// Fills the {container}, {struct} and {field} placeholders of a layout text
+// for field f, in one pass.
+static mstring fillLayoutText(const char* text, const Field& f) {
+  mstring res;
+  const char* s = text;
+  while (*s) {
+    const char* close = s[0] == '{' ? strchr(s, '}') : nullptr;
+    if (close == nullptr) {
+      res += *s++;
+      continue;
+    }
+    mstring name(s + 1, (size_t)(close - s - 1));
+    if (name == "container")
+      res += f.m_containerStruct->m_name;
+    else if (name == "struct")
+      res += f.m_pstruct ? f.m_pstruct->m_name : f.m_eltype;
+    else if (name == "field")
+      res += f.m_name;
+    else
+      IErrReporter::panic("undefined placeholder {" + name + "}", false);
+    s = close + 1;
+  }
+  return res;
+}
+
+// clang-format off
+static const char kFieldOffsText[]  = "fieldoffs({container}_d_aligned_to_1, {field})";
+static const char kFieldSizeText[]  = "fieldsz({container}_d_aligned_to_1, {field})";
+static const char kStructSizeText[] = "structsz({struct}_d_aligned_to_1)";
+// clang-format on
+
+void FldLayout::update_strings() {
+  m_isDirectStruct = m_ref != nullptr && m_ref->m_isDirectStruct;
+  m_inDirectStruct =
+      m_ref != nullptr && m_ref->m_containerStruct != nullptr && m_ref->m_containerStruct->m_isDirectStruct;
+  if (m_inDirectStruct) {
+    m_offset = fillLayoutText(kFieldOffsText, *m_ref);
+    if (!m_size.is_str()) {
+      m_size.m_calc_type_size = m_size.m_size_n;
+      m_size = fillLayoutText(kFieldSizeText, *m_ref);
+    }
+    if (!m_align.is_str()) m_align = mstring("1");
+  } else if (m_isDirectStruct && !m_ref->m_isVector) {
+    // The engine replaces this offset once it has placed the field.
+    if (!m_offset.is_str()) m_offset = fillLayoutText(kStructSizeText, *m_ref);
+    if (!m_size.is_str()) m_size = fillLayoutText(kStructSizeText, *m_ref);
+    if (!m_align.is_str()) m_align = mstring("1");
+  }
+}
+
+bool FieldRef::operator<(const FieldRef& o) const { return pf->m_name < o.pf->m_name; }
+
+// ---------------------------------------------------------------- SysIndex
+
+SysIndex::SysIndex(const mstring& name, IndexType type, bool unique) {
+  m_IndexType = type;
+  m_isUnique = unique;
+  m_isVoluntary = false;
+  m_isUserdef = false;
+  m_name = name;
+  m_hidden = true;
+  m_expectedCount = type == IT_Hash ? 1000 : 0;
+}
+
+void SysIndex::addField(const mstring& name) {
+  v_indfield.push_back(name);
+  v_descending.push_back(false);
+  v_case_insensitive.push_back(false);
+  v_colls.push_back(mstring());
+}
+
+// ---------------------------------------------------------------- Struct
+
+Struct::Struct(const mstring& name, TypeCategory category, int c_size, int u_size, int c_align, int u_align,
+               const mstring& cType)
+    : m_name(name), m_category(category), m_analyzed(true), m_cType(cType) {
+  m_layout.c.m_size = c_size;
+  m_layout.c.m_align = c_align;
+  m_layout.u.m_size = u_size;
+  m_layout.u.m_align = u_align;
+  m_layout.update_strings();
+  switch (category) {
+    case ET_SIMPLE:
+    case ET_CHARS:
+    case ET_REF:
+    case ET_AUTOID:
+    case ET_VERSION:
+    case ET_AUTOOID:
+    case ET_UNICODE_CHARS:
+    case ET_WIDE_CHARS:
+    case ET_SEQUENCE:
+    case ET_BINARY:
+      m_isDynamic = false;
+      return;
+    case ET_STRING:
+    case ET_UNICODE_STRING:
+    case ET_WCHAR_STRING:
+    case ET_VARBINARY:
+      m_isDynamic = true;
+      return;
+    case ET_BLOB:
+      m_isDynamic = true;
+      m_hasBlobs = true;
+      return;
+    case ET_STRUCT:
+    case ET_DIRECT_STRUCT:
+      break;
+  }
+  throw " illegal category ";
+}
+
+// Every object of a set has m_name at the same place: the other one is taken
+// to be of the same kind.
+bool Struct::less(const IComparable* other) const {
+  return m_name < static_cast<const Struct*>(other)->m_name;
+}
+
+Field* Struct::findField(const mstring& name) {
+  for (unsigned int i = 0; i < v_field.size(); i++)
+    if (v_field[i].m_name == name) return &v_field[i];
+  return nullptr;
+}
+
+void Struct::addOwner(Class* cls) {
+  for (unsigned int i = 0; i < m_owners.size(); i++)
+    if (m_owners[i] == cls) return;
+  m_owners.push_back(cls);
+}
+
+// ---------------------------------------------------------------- Class
+
+void Class::addIndex(const Index& index) {
+  s_indexNames.insert(index.m_name);
+  v_index.push_back(index);
+}
+
+void Class::addSysField(const mstring& name, const mstring& type, bool hidden, const char* init) {
+  Field f;
+  f.m_name = name;
+  f.m_eltype = type;
+  f.m_containerStruct = this;
+  f.m_no = v_field.size();
+  f.m_isHidden = hidden;
+  if (init != nullptr) f.m_initVals.push_back(mstring(init));
+  v_field.push_back(f);
+}
+
+bool Class::fieldIsIndexed(const Field& field) {
+  if (field.m_isIndicator) {
+    for (unsigned int i = 0; i < v_field.size(); i++) {
+      if (v_field[i].m_isNullable && v_field[i].m_indicator == (int)field.m_no)
+        return fieldIsIndexed(v_field[i]);
+    }
+    IErrReporter::panic("indicator without nullable field", false);
+  }
+  for (unsigned int i = 0; i < v_index.size(); i++) {
+    const mvector<Index::Segment>& segs = v_index[i].v_fldParsed;
+    for (unsigned int j = 0; j < segs.size(); j++)
+      if (segs[j].size() > 0 && segs[j][0].m_name == field.m_name) return true;
+  }
+  return false;
+}
+
+int Class::firstEventOf(Event::Type type) const {
+  for (unsigned int i = 0; i < v_events.size(); i++)
+    if (v_events[i].m_type == type) return v_events[i].m_eventId;
+  return -1;
+}
+
+int Class::getUpdateEvent(const Struct* s, const Field& field) const {
+  if (s != this) return -1;
+  for (unsigned int i = 0; i < v_events.size(); i++)
+    if (v_events[i].m_type == Event::UPDATE && v_events[i].m_fldName == field.m_name)
+      return v_events[i].m_eventId;
+  return -1;
+}
+
+int Class::getEventPos(int id) const {
+  for (unsigned int i = 0; i < v_events.size(); i++)
+    if (v_events[i].m_eventId == id) return (int)i;
+  return -1;
+}
+
+// ---------------------------------------------------------------- system classes
+
+SysClass::SysClass(const mstring& name, bool persistent, bool suffix, bool local) {
+  m_compact = false;
+  m_hasId = false;
+  m_persistent = persistent;
+  m_local = local;
+  m_hidden = true;
+  m_suppressApi = true;
+  m_name = name;
+  if (suffix) m_name += mstring(persistent ? "disk" : "inmem");
+}
+
+// Kinds of IoT node by level: 1 a server, 65535 a device, anything else a router.
+static bool iotIsServer(const Schema& s) { return s.m_iot_level == 1; }
+static bool iotIsDevice(const Schema& s) { return s.m_iot_level == 65535; }
+
+SysDistribClass::SysDistribClass(bool persistent) : SysClass("@sys_distribs_", persistent, true, true) {
+  // Unlike in the other system classes, these fields are not hidden.
+  addSysField("auto_oid@", "$auto_oid", false, nullptr);
+  addSysField("auto_oid", "unsigned<8>", false, nullptr);
+  addSysField("timestamp", "unsigned<8>", false, nullptr);
+  addSysField("class_code", "unsigned<2>", false, nullptr);
+  SysIndex ts("ts_idx", IT_Tree, false);
+  ts.addField("class_code");
+  ts.addField("timestamp");
+  addIndex(ts);
+  SysIndex ao("ao_idx", IT_Hash, true);
+  ao.addField("auto_oid");
+  ao.addField("class_code");
+  addIndex(ao);
+}
+
+SysIoTTsClass::SysIoTTsClass(bool persistent, const Schema& schema)
+    : SysClass("@sys_iot_ts", persistent, false, false) {
+  if (schema.auto_oid_declared()) addSysField("auto_oid@", "$auto_oid", true, nullptr);
+  addSysField("type", "unsigned<1>", true, nullptr);
+  addSysField("src", "unsigned<8>", true, schema.m_iot_agentId.c_str());
+  addSysField("dbid", "unsigned<8>", true, UT::n2s((int)schema.m_iot_level).c_str());
+  addSysField("dst", "unsigned<8>", true, nullptr);
+  addSysField("value", "unsigned<8>", true, nullptr);
+  SysIndex idx("idx", IT_Tree, true);
+  idx.addField("type");
+  idx.addField("dst");
+  idx.addField("src");
+  idx.addField("dbid");
+  addIndex(idx);
+}
+
+SysIoTDelClass::SysIoTDelClass(bool persistent, const Schema& schema)
+    : SysClass("@sys_iot_del_", persistent, true, false) {
+  const bool router = !iotIsServer(schema) && !iotIsDevice(schema);
+  const bool hasDst = router || iotIsServer(schema);
+  if (schema.auto_oid_declared()) addSysField("auto_oid@", "$auto_oid", true, nullptr);
+  addSysField("class_code", "unsigned<2>", true, nullptr);
+  if (router) {
+    addSysField("src_agent_id", "unsigned<8>", true, nullptr);
+    addSysField("db_id", "unsigned<8>", true, nullptr);
+  }
+  if (hasDst) addSysField("dst_agent_id", "unsigned<8>", true, nullptr);
+  addSysField("object_id", "unsigned<8>", true, nullptr);
+  addSysField("timestamp", "unsigned<8>", true, nullptr);
+
+  SysIndex ts("ts_idx", IT_Tree, false);
+  if (router) {
+    ts.addField("src_agent_id");
+    ts.addField("db_id");
+  }
+  if (hasDst) ts.addField("dst_agent_id");
+  ts.addField("timestamp");
+  addIndex(ts);
+  if (router) {
+    SysIndex id("id_idx", IT_Hash, true);
+    id.addField("src_agent_id");
+    id.addField("db_id");
+    id.addField("object_id");
+    addIndex(id);
+  }
+}
+
+// ---------------------------------------------------------------- enums, collations
+
+bool Enum::less(const IComparable* other) const { return m_name < static_cast<const Enum*>(other)->m_name; }
+
+bool Collation::less(const IComparable* other) const {
+  return m_name < static_cast<const Collation*>(other)->m_name;
+}
+
+// ---------------------------------------------------------------- Schema lookups
+
+// Each lookup searches its set through a probe object of the set's kind.
+Struct* Schema::findType(const mstring& name) {
+  Struct probe;
+  probe.m_name = name;
+  HIComparable* h = s_struct.get()->find(probe);
+  return h ? static_cast<Struct*>(h->get()) : nullptr;
+}
+
+Class* Schema::findClass(const mstring& name) {
+  Class probe;
+  probe.m_name = name;
+  HIComparable* h = s_class.get()->find(probe);
+  return h ? static_cast<Class*>(h->get()) : nullptr;
+}
+
+Enum* Schema::findEnum(const mstring& name) {
+  Enum probe;
+  probe.m_name = name;
+  HIComparable* h = s_enum.get()->find(probe);
+  return h ? static_cast<Enum*>(h->get()) : nullptr;
+}
+
+Collation* Schema::findCollation(const mstring& name) {
+  Collation probe;
+  probe.m_name = name;
+  HIComparable* h = s_coll.get()->find(probe);
+  return h ? static_cast<Collation*>(h->get()) : nullptr;
+}
+
+bool Schema::enumNameToInteger(const mstring& name, long* value) {
+  if (!s_allEnumVals.find(name)) return false;
+  ISet::HPos pos(s_enum.first());
+  for (; pos.valid(); pos.next()) {
+    Enum* e = static_cast<Enum*>(pos.get().get());
+    for (unsigned int i = 0; i < e->v_els.size(); i++) {
+      if (e->v_els[i].m_choice == name) {
+        *value = e->v_els[i].m_val;
+        return true;
+      }
+    }
+  }
+  return false;
+}

@@ -1,0 +1,452 @@
+// Schema model: types, classes, fields, indexes, events, enums, collations, and the symbolic layout sizes.
+#ifndef ZKTCOMP_SCHEMA_H
+#define ZKTCOMP_SCHEMA_H
+
+#include "util.h"
+
+// The numeric values of these enumerations are stored in the dictionary and
+// compared as numbers: never renumber them.
+enum TypeCategory {
+  ET_STRUCT = 0,
+  ET_SIMPLE = 1,
+  ET_CHARS = 2,
+  ET_STRING = 3,
+  ET_BLOB = 4,
+  ET_REF = 5,
+  ET_AUTOID = 6,
+  ET_VERSION = 7,
+  ET_AUTOOID = 8,
+  ET_UNICODE_CHARS = 9,
+  ET_UNICODE_STRING = 10,
+  ET_DIRECT_STRUCT = 11,
+  ET_WIDE_CHARS = 12,     // no statement makes it; kept for the dictionary
+  ET_WCHAR_STRING = 13,   // likewise
+  ET_SEQUENCE = 14,
+  ET_BINARY = 15,
+  ET_VARBINARY = 16
+};
+
+enum IndexType { IT_Tree = 0, IT_Hash = 1, IT_KDTree = 2, IT_RTree = 3, IT_PTree = 4, IT_Trigram = 5, IT_List = 6 };
+
+enum FieldInitType { INIT_NONE = 0, INIT_INT = 1, INIT_DOUBLE = 2, INIT_BOOL = 3, INIT_STRING = 4 };
+
+enum TableIotType { IOT_TABLE_NONE = 0, IOT_TABLE_UP = 1, IOT_TABLE_DOWN = 2 };
+
+class Field;
+class Struct;
+class Class;
+
+// ---------------------------------------------------------------- symbolic sizes
+
+// A size, offset or alignment: the number m_size_n plus the text m_size_s,
+// an expression that only the target's compiler can evaluate (the size of a
+// direct struct). An empty text means a plain number.
+class FSize {
+public:
+  int m_size_n;
+  mstring m_size_s;
+  int m_calc_type_size;  // numeric size that update_strings replaced by text; copied, never read here
+  mutable mstring tmp;   // scratch of the text form; meaningless between conversions
+
+  FSize() : m_size_n(0), m_calc_type_size(0) {}
+  FSize(int n) : m_size_n(n), m_calc_type_size(0) {}
+  FSize(const mstring& s) : m_size_n(0), m_size_s(s), m_calc_type_size(0) {}
+  FSize(const FSize& o) = default;  // copies tmp too
+
+  // Leaves tmp alone.
+  FSize& operator=(const FSize& o) {
+    m_size_n = o.m_size_n;
+    m_size_s = o.m_size_s;
+    m_calc_type_size = o.m_calc_type_size;
+    return *this;
+  }
+  int operator=(int n);
+  const mstring& operator=(const mstring& s);  // zeroes the number, keeps m_calc_type_size
+
+  bool is_str() const { return !m_size_s.empty(); }
+  FSize& operator+=(const FSize& o);
+  // "12", "X", "12+X": the result lives in tmp, so a second conversion of the
+  // same object overwrites the first result.
+  operator const mstring&() const;
+  operator int() const { return m_size_n; }  // the number alone, whatever the text says
+  bool operator>(const FSize& o) const { return m_size_n > o.m_size_n; }
+  bool operator==(const FSize& o) const { return m_size_n == o.m_size_n && m_size_s == o.m_size_s; }
+};
+
+// One field's place in one layout. Built by the layout engine on the stack,
+// then copied into Layout::v_fldOrder and sorted by value.
+class FldLayout {
+public:
+  Field* m_ref = nullptr;  // not owned
+  FSize m_size;            // bytes in the fixed part
+  FSize m_offset;          // from the start of the fixed part
+  FSize m_align;
+  mstring m_collected_offs;
+  bool m_isDirectStruct = false;  // set by update_strings
+  bool m_inDirectStruct = false;  // set by update_strings
+
+  // Storage order: direct-struct fields last, otherwise bigger alignment first
+  // (numbers only).
+  bool operator<(const FldLayout& o) const;
+  // Replaces what only the target compiler knows (fields of and in direct
+  // structs) by the text of the fieldoffs/fieldsz/structsz macros.
+  void update_strings();
+};
+
+// One layout of a struct.
+class Layout {
+public:
+  FSize m_size;   // size of the fixed part
+  FSize m_align;  // alignment of the struct as a whole
+  mvector<FldLayout> v_fldOrder;  // storage order; must not grow once fields point into it
+  void update_strings() {}  // a hook that does nothing
+};
+
+// The compact layout c (two-byte in-object offsets) and the normal layout u
+// (four-byte offsets) of one struct.
+class Layout2 {
+public:
+  Layout c;
+  Layout u;
+  bool m_inuse = false;     // being laid out now: the recursion guard of the layout engine
+  bool m_finished = false;  // layout complete
+  void update_strings() {
+    c.update_strings();
+    u.update_strings();
+  }
+  bool finished() const { return m_finished; }
+  bool is_size_equal() const { return c.m_size == u.m_size; }
+};
+
+// A field with its position in Struct::v_field, for sorting a field table by name.
+class FieldRef {
+public:
+  Field* pf = nullptr;
+  unsigned int order_no = 0;
+  bool operator<(const FieldRef& o) const;
+};
+
+// ---------------------------------------------------------------- fields
+
+class Enum;
+
+// One field of a struct or class, held by value in Struct::v_field. The
+// analyzer fills everything but the pointers; the finishing pass resolves
+// m_pstruct, m_penum and m_seqElemStruct; the layout sets m_c_layout and
+// m_u_layout. No pointer here owns anything.
+class Field {
+public:
+  mstring m_eltype;  // normalised type name ("signed<4>", "char<20>", a struct's name, "sequence")
+  mstring m_name;
+  bool m_isBitmapFld = false;
+  bool m_isVector = false;
+  bool m_isIndexed = false;  // some index segment passes through the field
+  bool m_isUnique = false;   // some unique index passes through the field
+  bool m_isHidden = false;   // a system field without API
+  bool m_isOptional = false;
+  bool m_isArray = false;
+  bool m_isNullable = false;
+  bool m_isIndicator = false;  // the "_indicator" companion of a nullable field
+  bool m_isSequence = false;
+  int m_arraySize = 0;   // elements; for a rectangle two times the dimension
+  int m_indicator = -1;  // nullable field: position of its indicator in v_field
+  bool m_isRTreeRect = false;
+  bool m_isRTreePoint = false;
+  mvector<mstring> m_initVals;  // raw tokens
+  Struct* m_pstruct = nullptr;
+  FldLayout* m_c_layout = nullptr;
+  FldLayout* m_u_layout = nullptr;
+  Enum* m_penum = nullptr;
+  mstring m_refto;            // class named in ref<...> or autoid_t<...>
+  unsigned int m_seq_no = 0;  // shared by all names of one declaration
+  bool m_isDirectStruct = false;  // type is a direct struct known when the field was declared
+  Struct* m_containerStruct = nullptr;
+  unsigned int m_no = 0;  // position in v_field when declared; shared by all names of one declaration
+  int m_precision = -1;   // digits after the point of a decimal; -1 otherwise
+  mstring m_seqElemType;
+  Struct* m_seqElemStruct = nullptr;
+  mstring m_seqOrder;  // ZKT_SEQ_ASC_ORDER, ZKT_SEQ_DESC_ORDER or ZKT_SEQ_NO_ORDER
+
+  // The layout-free element type information of a field.
+  struct DictInfo {
+    int etype = 0;  // element type code
+    FSize size;
+    mstring unionel;  // member of the dictionary's value union
+    int bit_size = 0;
+  };
+  DictInfo dict_info(bool allow_struct) const;
+  FieldInitType getInitializerType() const;
+};
+
+// ---------------------------------------------------------------- indexes and events
+
+class Index {
+public:
+  // One step of a dotted field path.
+  struct FldEl {
+    mstring m_name;
+    Struct* m_pStruct = nullptr;  // the struct searched
+    Field* m_pFld = nullptr;      // the field found
+  };
+  // One field path, resolved step by step by the finishing pass.
+  class Segment : public mvector<FldEl> {
+  public:
+    bool m_isVectorBased = false;
+    bool m_isArrayBased = false;
+    bool m_isBitField = false;
+    bool m_isBinaryField = false;
+    TypeCategory m_vectorElCategory = ET_STRUCT;
+    int m_vectorFieldElNum = -1;  // the step that is the vector or array
+    bool m_descending = false;
+    bool m_case_insensitive = false;
+    int m_collationNum = -1;  // the collation's order
+    FldEl& last() { return (*this)[size() - 1]; }
+  };
+  struct FieldLayout {
+    FSize field_offset;
+    FSize vect_field_offset;
+  };
+
+  mstring m_name;
+  mvector<mstring> v_indfield;  // paths as written ("a.b.c"), or the one entry "*"
+  mvector<mstring> v_colls;     // collation per path; "" if none
+  mvector<bool> v_descending;
+  mvector<bool> v_case_insensitive;
+  mvector<Segment> v_fldParsed;  // built by the finishing pass
+  bool m_isUnique = true;
+  bool m_isThick = false;
+  bool m_isVoluntary = false;
+  bool m_isInclusive = false;
+  IndexType m_IndexType = IT_Tree;
+  bool m_isUserdef = false;
+  int m_code_udf = -1;  // number among user-defined indexes
+  int m_code = -1;      // schema-wide index number
+  int m_expectedCount = 0;
+  int m_vectorSegmentNum = -1;
+  bool m_isAutoidIndex = false;
+  bool m_isHistoryIndex = false;
+  bool m_isListIndex = false;
+  bool m_isBitBased = false;
+  bool m_hidden = false;
+};
+
+// A hidden index that the system adds to a class.
+class SysIndex : public Index {
+public:
+  SysIndex(const mstring& name, IndexType type, bool unique);
+  // Appends the path, ascending, case-sensitive, without collation.
+  void addField(const mstring& name);
+};
+
+class Event {
+public:
+  enum Type { NONE = 0, NEW = 1, UPDATE = 2, DELETE = 3, DELETE_ALL = 4, CHECKPOINT = 5, EXPRESSION = 6, CLASS_UPDATE = 7 };
+  mstring m_name;
+  Type m_type = NONE;
+  mstring m_fldName;
+  Field* m_pFld = nullptr;  // not owned
+  int m_eventId = -1;
+};
+
+// ---------------------------------------------------------------- types and classes
+
+// A type of the schema: a base type, struct, direct struct, enum value type,
+// "ref"; and, through Class, a class. Owned by the Schema's sets.
+class Struct : public IComparable {
+public:
+  int m_globalNum = -1;  // numbered by the dictionary writers
+  mstring m_name;
+  TypeCategory m_category;
+  bool m_analyzed;  // fields resolved by the finishing pass; base types are born true
+  bool m_isClass = false;  // made by a class statement (system classes stay false)
+  bool m_isDynamic = true;  // variable size; computed by the finishing pass
+  bool m_hasBlobs = false;
+  bool m_hasSequences = false;
+  bool m_hasInitializers = false;
+  mvector<Field> v_field;  // declaration order
+  Layout2 m_layout;
+  int m_maxFieldName = 0;
+  int m_maxFuncName = 0;
+  mstring m_cType;  // C type of a base type; the enum's name for an enum value type
+  mvector<Class*> m_owners;  // classes that contain this struct
+  bool m_isDirectStruct = false;
+  bool m_hasDirectStruct = false;  // some field's type was a known direct struct when declared
+  bool m_suppressApi = false;
+  int m_nFixedFields = 0;
+  int m_nNullableFields = 0;
+  bool m_is_packed = false;
+  bool m_from_cursor_defined = false;
+
+  Struct() : Struct(ET_STRUCT) {}
+  explicit Struct(TypeCategory category) : m_category(category), m_analyzed(false) {}
+  // A base type; a struct category here throws " illegal category ".
+  Struct(const mstring& name, TypeCategory category, int c_size, int u_size, int c_align, int u_align,
+         const mstring& cType);
+  ~Struct() override {}
+
+  bool less(const IComparable* other) const override;
+  Field* findField(const mstring& name);  // the first field of that name, or null
+  void addOwner(Class* cls);
+};
+
+class Class : public Struct {
+public:
+  int m_classCode = 0;  // given by the layout
+  bool m_hasId = false;
+  bool m_hasAutoId = false;
+  bool m_compact = false;
+  bool m_sequential = false;  // has a list index
+  bool m_sequences = false;   // declared with "sequences"
+  mvector<Index> v_index;
+  int m_maxIndexName = 0;
+  int m_autoidEstimate = 0;
+  bool m_history = false;  // no statement sets it
+  int m_historyLength = 0;
+  StringSet s_indexNames;
+  mvector<Event> v_events;
+  bool m_persistent = false;
+  bool m_local = false;
+  bool m_distrib = false;
+  bool m_hidden = false;
+  bool m_atomic = true;
+  TableIotType m_iot_type = IOT_TABLE_NONE;
+  bool m_hasUserdefIdx = false;
+  bool m_hasCollations = false;
+
+  Class() {}
+  ~Class() override {}
+
+  // No duplicate test.
+  void addIndex(const Index& index);
+  // Appends a field made by the system; init null means no initial value.
+  void addSysField(const mstring& name, const mstring& type, bool hidden, const char* init);
+  bool fieldIsIndexed(const Field& field);
+  int getNewEvent() const { return firstEventOf(Event::NEW); }
+  int getDeleteEvent() const { return firstEventOf(Event::DELETE); }
+  int getDeleteAllEvent() const { return firstEventOf(Event::DELETE_ALL); }
+  int getCheckpointEvent() const { return firstEventOf(Event::CHECKPOINT); }
+  int getClassUpdateEvent() const { return firstEventOf(Event::CLASS_UPDATE); }
+  // -1 for a field of an embedded struct.
+  int getUpdateEvent(const Struct* s, const Field& field) const;
+  int getEventPos(int id) const;
+
+private:
+  int firstEventOf(Event::Type type) const;
+};
+
+// A bookkeeping table of the runtime, built in code: no API, named "@...".
+class SysClass : public Class {
+public:
+  // With suffix the name gets "disk" (persistent) or "inmem".
+  SysClass(const mstring& name, bool persistent, bool suffix, bool local);
+  ~SysClass() override {}
+};
+
+class Schema;
+
+class SysDistribClass : public SysClass {
+public:
+  explicit SysDistribClass(bool persistent);
+};
+
+class SysIoTTsClass : public SysClass {
+public:
+  SysIoTTsClass(bool persistent, const Schema& schema);
+};
+
+class SysIoTDelClass : public SysClass {
+public:
+  SysIoTDelClass(bool persistent, const Schema& schema);
+};
+
+// ---------------------------------------------------------------- enums, collations, calculator
+
+struct EnumEl {
+  mstring m_choice;
+  int m_val = 0;
+};
+
+class Enum : public IComparable {
+public:
+  mstring m_name;
+  mvector<EnumEl> v_els;
+  int minVal = 0;
+  int maxVal = 0;
+  bool less(const IComparable* other) const override;
+};
+
+class Collation : public IComparable {
+public:
+  mstring m_name;
+  int ctype = 0;  // field type class; 0 while unknown
+  int order = 0;  // position in Schema::s_coll
+  bool suppressed = true;
+  bool isTree = true;
+  bool less(const IComparable* other) const override;
+};
+
+struct CalcEl {
+  mstring m_class_name;
+  int m_nobjs = 0;
+};
+
+class Calculator {
+public:
+  mvector<CalcEl> calc_els;
+};
+
+// ---------------------------------------------------------------- the schema
+
+class Derived {
+public:
+  bool m_useObjid = false;  // "declare oid" was seen
+};
+
+// One schema. Owned by the Analyzer; the sets own their objects. All sets
+// are walked in order of insertion, which is the order of declaration.
+class Schema : public Derived {
+public:
+  mstring m_dbname;
+  mstring m_objid_type;
+  unsigned int m_oid_sizeof_uplimit = 0;  // filled by the layout
+  mstring m_objid_Ctype;
+  unsigned int m_nobjid_estimated = 0;
+  unsigned int m_HA_estimate = 0;  // non-zero: auto_oid declared
+  unsigned int m_dict_flags = 0;   // 1 large database, 2 DDL compatibility, 4 iot
+  unsigned short m_iot_level = 0;  // 1 server, 65535 device, 2..65534 router
+  mstring m_iot_agentId;
+  HISet s_struct;  // every type, "ref" included; never a class
+  HISet s_class;   // user classes, then system classes
+  HISet s_enum;
+  HISet s_coll;
+  StringSet s_allEnumVals;    // element names are unique across enums
+  StringSet s_allEventNames;  // event names are unique across classes
+  Struct* m_objid_type_ptr = nullptr;
+  unsigned int m_userdefIdxNum = 0;
+  unsigned int m_collationsNum = 0;
+  StringSet s_allCalcClasses;
+  Calculator* s_calc = nullptr;  // owned
+  unsigned int n_i_inits = 0;
+  unsigned int n_s_inits = 0;
+  unsigned int n_d_inits = 0;
+  bool m_useSequences = false;
+  bool m_structsBeenOrdered = false;
+
+  Schema() : m_iot_agentId("0") {}
+  ~Schema() { delete s_calc; }
+
+  Struct* findType(const mstring& name);  // never a class
+  Class* findClass(const mstring& name);  // never a type
+  Enum* findEnum(const mstring& name);
+  Collation* findCollation(const mstring& name);
+  // Value of an enum element name; false, with *value untouched, if no enum has it.
+  bool enumNameToInteger(const mstring& name, long* value);
+  mstring objIdName() const { return m_dbname + "_oid"; }
+  bool auto_oid_declared() const { return m_HA_estimate != 0; }
+
+private:
+  Schema(const Schema&);
+  Schema& operator=(const Schema&);
+};
+
+#endif
