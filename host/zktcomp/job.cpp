@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "analyzer.h"
 #include "errrep.h"
 #include "genout.h"
 #include "parser.h"
@@ -45,6 +46,11 @@ bool Job::run() {
   rep.setFinalCallback(&cbk);
 
   Parser parser(inp, inputFile, &rep, incDir, outDir);
+  Analyzer analyzer(parser, allCompact, genSQL, genPersistent, genTransient, genAtomic, &cbk, largeDatabase,
+                    target_sizeof_zkt_size_t, largeDatabase || nosort, nosort, wcharSize, suppress_api);
+  analyzer.analyze();
+  analyzer.doChecks();
+  analyzer.getSchema();
 
   fclose(inp);
 

@@ -240,7 +240,16 @@ public:
 
 class Event {
 public:
-  enum Type { NONE = 0, NEW = 1, UPDATE = 2, DELETE = 3, DELETE_ALL = 4, CHECKPOINT = 5, EXPRESSION = 6, CLASS_UPDATE = 7 };
+  enum Type {
+    NONE = 0,
+    NEW = 1,
+    UPDATE = 2,
+    DELETE = 3,
+    DELETE_ALL = 4,
+    CHECKPOINT = 5,
+    EXPRESSION = 6,  // no statement makes it
+    CLASS_UPDATE = 7
+  };
   mstring m_name;
   Type m_type = NONE;
   mstring m_fldName;
