@@ -132,6 +132,20 @@ TEST(PreprocessorErrors, MacroRecursionLimit) {
   }
 }
 
+// Macros that each name the next ten times would take 10^20 expansions: the
+// line is refused instead of hanging.
+TEST(PreprocessorErrors, ExponentialExpansionIsRefused) {
+  std::string text;
+  for (int i = 1; i < 20; i++) {
+    text += "#define M" + std::to_string(i);
+    for (int k = 0; k < 10; k++) text += " M" + std::to_string(i + 1);
+    text += "\n";
+  }
+  text += "#define M20 w\nM1\n";
+  Reader r(text);
+  EXPECT_EQ(frontend::tokensOf(r.parser), "error: macro expansion is too large");
+}
+
 TEST(PreprocessorInclude, FormsAndPlaces) {
   TempDir d;
   d.write("inc.sch", "from_inc\n");

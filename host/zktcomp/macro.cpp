@@ -37,6 +37,8 @@ const char* nameEnd(const char* p) {
   return p;
 }
 
+const long kMaxExpansionsPerLine = 1000000;
+
 }  // namespace
 
 PreProcessor::PreProcessor(FILE* inp, const mstring& name, IErrReporter& rep, const mstring& includeDir,
@@ -241,6 +243,7 @@ void PreProcessor::doInclude(const mstring& tail) {
 // copied verbatim. A name never starts right behind "0", and "x" or "X"
 // there makes a hexadecimal number copied whole, always with a small "x".
 void PreProcessor::rewriteText(const char* line, mstring& out) {
+  m_expansions = 0;
   const char* p = line;
   char prev = 0;  // last character copied, NUL behind a name
   while (*p) {
@@ -288,6 +291,9 @@ mstring PreProcessor::expand(const mstring& token, int level) {
   Macros* m = findDef(token);
   if (m == nullptr) return token;
   if (level > 20) error("recursion in macro", 0);
+  // Macros that name others several times grow exponentially with depth;
+  // a line that needs this many expansions would never finish.
+  if (++m_expansions > kMaxExpansionsPerLine) error("macro expansion is too large", 0);
   mstring out;
   const char* p = m->m_value.c_str();
   char prev = 0;

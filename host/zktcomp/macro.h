@@ -71,6 +71,7 @@ private:
   mstring m_includeDir;          // the one directory searched by "#include"
   bool m_finished;               // the outermost file has ended
   bool m_inComment;              // a block comment runs on into the next line
+  long m_expansions = 0;         // macro uses expanded for the current line
   Cond* last;                    // innermost open block or null; set by setLast
   bool active;                   // text lines count; set by setLast
 
