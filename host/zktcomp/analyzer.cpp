@@ -1,4 +1,4 @@
-// Schema analyzer: schema statements, class bodies, fields and types, reserved words.
+// Schema analyzer: schema statements, class bodies, fields and types, indexes, reserved words.
 #include "analyzer.h"
 
 #include <string.h>
@@ -702,7 +702,7 @@ void Analyzer::resizeBitmaps(Class& cls) {
   }
 }
 
-// ---------------------------------------------------------------- index modifiers
+// ---------------------------------------------------------------- index modifiers and declarations
 
 // index-modifier -> 'userdef' | 'voluntary' | 'unique' | 'nonunique' | 'thick' | 'inclusive'
 bool Analyzer::do_index_modifier(const mstring& word, IndexModifiers& m) {
@@ -732,12 +732,160 @@ bool Analyzer::do_index_modifier(const mstring& word, IndexModifiers& m) {
   return true;
 }
 
-// Index declarations, events and TTL clauses are not read yet: their words
-// are reported as unexpected tokens.
-void Analyzer::do_index_word(Class&, const mstring& word, IndexType, const IndexModifiers&) {
-  error1("unexpected token #1", word);
+// The checks that an index word makes before its declaration is read, and
+// the modifiers that it hands on. A tree is non-unique unless "unique" was
+// written, a hash unique unless "nonunique" (or "thick", which sets it) was,
+// and a trigram index ignores every modifier in front of it.
+void Analyzer::do_index_word(Class& cls, const mstring&, IndexType type, const IndexModifiers& m) {
+  switch (type) {
+    case IT_Tree:
+    case IT_KDTree:
+    case IT_RTree:
+      do_index_declaration(cls, type, m.unique, m.voluntary, m.userdef, m.thick, m.inclusive);
+      return;
+    case IT_PTree:
+      if (cls.m_persistent) error1("Patricia index available only for transient classes.", "");
+      do_index_declaration(cls, type, m.unique, m.voluntary, m.userdef, m.thick, m.inclusive);
+      return;
+    case IT_Hash:
+      // "indeces" is the established wording of this message: keep it.
+      if (m.voluntary) error("Hash indeces can not be voluntary");
+      if (cls.m_persistent) warning("Tree declaration expected");  // the hash is kept all the same
+      do_index_declaration(cls, type, !m.nonunique, m.voluntary, m.userdef, m.thick, m.inclusive);
+      return;
+    case IT_Trigram:  // always thick and inclusive, never unique, voluntary or user-defined
+      do_index_declaration(cls, type, false, false, false, true, true);
+      return;
+    case IT_List:  // made by the finishing pass, never written
+      break;
+  }
+  throw "unknown case";
 }
 
+// index -> modifiers index-word '<' fields '>' name ['[' estimate ']'] ';'
+// Only the paths as written are kept here; the finishing pass resolves them.
+void Analyzer::do_index_declaration(Class& cls, IndexType type, bool unique, bool voluntary, bool userdef,
+                                    bool thick, bool inclusive) {
+  m_p.match("<");
+  Index idx;
+  idx.m_isUnique = unique;
+  idx.m_isThick = thick;
+  idx.m_isVoluntary = voluntary;
+  idx.m_isInclusive = inclusive;
+  idx.m_IndexType = type;
+  idx.m_isUserdef = userdef;
+  do_indexFields(idx, cls);
+
+  idx.m_name = m_p.getName();
+  checkIsNotReserved(idx.m_name);
+  // Index names are unique within their class only.
+  if (cls.s_indexNames.find(idx.m_name)) error1("index #1 already defined", idx.m_name);
+  cls.s_indexNames.insert(idx.m_name);
+
+  // A hash, and only a hash, must give its estimated count.
+  if (type == IT_Hash) {
+    m_p.match("[");
+    idx.m_expectedCount = (int)m_p.getNum();
+    m_p.match("]");
+    if (idx.m_expectedCount < 1) error1("estimated count value is not valid for the hash index #1", idx.m_name);
+  }
+  m_p.match(";");
+  cls.v_index.push_back(idx);
+}
+
+// fields -> '*' '>' | path { option } ['collate' name] { ',' path { option } ['collate' name] } '>'
+// path   -> name { '.' name }
+// What each index type accepts:
+//   tree      order and case options, collate, dotted paths, several fields
+//   hash      one case option, collate, dotted paths, several fields
+//   kdtree    several fields
+//   rtree     one field
+//   patricia  a dotted path, one field
+//   trigram   read like patricia with ',' allowed; the finished index takes one plain field
+void Analyzer::do_indexFields(Index& idx, Class& cls) {
+  const IndexType type = idx.m_IndexType;
+  mstring tok = m_p.get();
+  if (tok == "*") {
+    // All fields of the class; expanded when the index is finished.
+    idx.v_indfield.push_back(tok);
+    if (m_p.get() != ">") error("'>' expected");
+    return;
+  }
+  m_p.takeBack(tok);
+
+  for (;;) {
+    // autoid is reserved, but an index may name the class's autoid field.
+    mstring path = m_p.getName();
+    if (path != "autoid") checkIsNotReserved(path);
+    tok = m_p.get();
+    while (tok == ".") {
+      // "indeces" is the established wording of this message: keep it.
+      if (type == IT_RTree || type == IT_KDTree)
+        error("Fields of inner structs are not allowed as an element of R-Tree or KD-Tree indeces");
+      mstring name = m_p.getName();
+      checkIsNotReserved(name);
+      path += ".";
+      path += name;
+      tok = m_p.get();
+    }
+    idx.v_indfield.push_back(path);
+
+    // Field options: in any order and repeated; the last sort order wins.
+    bool desc = false;
+    bool ci = false;
+    if (type == IT_Tree) {
+      for (;; tok = m_p.get()) {
+        if (tok == "ascending" || tok == "asc")
+          desc = false;
+        else if (tok == "descending" || tok == "desc")
+          desc = true;
+        else if (tok == "ignore_case" || tok == "case_insensitive")
+          ci = true;
+        else
+          break;
+      }
+    } else if (type == IT_Hash && (tok == "ignore_case" || tok == "case_insensitive")) {
+      ci = true;
+      tok = m_p.get();
+    }
+    idx.v_descending.push_back(desc);
+    idx.v_case_insensitive.push_back(ci);
+
+    // A collation needs no declaration: its first use makes it.
+    mstring collName;
+    if ((type == IT_Tree || type == IT_Hash) && tok == "collate") {
+      if (idx.m_isUserdef) error("unexpected \"collate\" for user-defined index");
+      collName = m_p.getName();
+      checkIsNotReserved(collName);
+      Collation* coll = m_s.findCollation(collName);
+      if (coll == nullptr) {
+        coll = new Collation();
+        coll->m_name = collName;
+        m_s.s_coll.insert(HIComparable(coll));
+      }
+      if (!cls.m_suppressApi) coll->suppressed = false;
+      if (type != IT_Tree) coll->isTree = false;
+      tok = m_p.get();
+    }
+    idx.v_colls.push_back(collName);
+
+    if (type == IT_RTree) {
+      if (tok != ">") error("rtree index specification error");
+      return;
+    }
+    if (tok == ",") {
+      if (type == IT_PTree) error("patricia index specification error");
+      continue;
+    }
+    if (tok == ">") return;
+    error1("unexpected token #1", tok);
+  }
+}
+
+// ---------------------------------------------------------------- events and TTL
+
+// Events and TTL clauses are not read yet: their words are reported as
+// unexpected tokens.
 void Analyzer::do_event(Class&) { error1("unexpected token #1", "event"); }
 
 void Analyzer::do_ttl(Class&) { error1("unexpected token #1", m_p.get()); }
