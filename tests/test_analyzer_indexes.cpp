@@ -1,4 +1,4 @@
-// Analyzer: index declarations; refused forms and the model that valid ones leave.
+// Analyzer: index declarations, events and TTL clauses; refused forms and the model that valid ones leave.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -55,6 +55,17 @@ const Refused kRefused[] = {
   { "class c { char<4> a, b;\n patricia<a, b> p; };", "patricia index specification error", 2 },
   { "struct s { signed<4> a; };\nclass c { s s1;\n kdtree<s1.a> k; };",
     "Fields of inner structs are not allowed as an element of R-Tree or KD-Tree indeces", 3 },
+  // events
+  { "class c { event<new> a; };\nclass d { event<new> a; };", "event \"a\" was already defined", 2 },
+  { "class c { signed<4> x;\n event<x update> a;\n event<x update> b; };", "event on \"x\" update was already defined", 3 },
+  { "class c { signed<4> x;\n event<date update> a; };", "field name expected, instead of \"date\"", 2 },
+  { "class c { signed<4> count;\n event<count update> e; };", "field name expected, instead of \"count\"", 2, true },
+  { "class c { signed<4> x;\n event<x> a; };", "expected \"update\"", 2 },
+  // TTL
+  { "class c { signed<4> x;\n TTL_clock_time 5 min; };", "invalid TTL_clock_time time unit (must be s, ms or us)", 2 },
+  { "class c { signed<4> x;\n TTL_clock_time 0 sec; };", "invalid TTL_clock_time value 0000000", 2 },
+  { "class c { signed<4> x;\n TTL_clock_time 010 us; };", "invalid TTL_clock_time value 010", 2 },
+  { "class c { TTL_count 5;\n TTL_count 6; };", "TTL_count already defined", 2 },
 };
 // clang-format on
 
@@ -141,6 +152,39 @@ TEST(AnalyzerIndexes, FieldListsAndCollations) {
             std::vector<bool>({false, true, false, false}));
   Analysis b("class quiet { tree<a collate c> t; };", o);
   EXPECT_TRUE(b.schema().findCollation("c")->suppressed);
+}
+
+TEST(AnalyzerIndexes, EventsAndTtl) {
+  Analysis a(
+      "class c { signed<4> a; TTL_clock_time 5 sec; signed<4> b; TTL_count 0;\n"
+      "  event<new> n1; event<new> n2; event<delete> d; event<delete_all> da;\n"
+      "  event<checkpoint> cp; event<update> cu; event<count update> unknown;\n"
+      "};\n"
+      "class m { TTL_clock_time 5 ms; event<new> date; };\n"
+      "class u { TTL_clock_time 5 us; };\n");
+  ASSERT_OK(a);
+  Class* c = a.cls("c");
+  const mvector<Event>& e = c->v_events;
+  const Event::Type types[] = {Event::NEW,        Event::NEW,          Event::DELETE, Event::DELETE_ALL,
+                               Event::CHECKPOINT, Event::CLASS_UPDATE, Event::UPDATE};
+  ASSERT_EQ(e.size(), 7u);
+  for (unsigned int i = 0; i < e.size(); i++) EXPECT_EQ(e[i].m_type, types[i]) << i;
+  EXPECT_EQ(S(e[5].m_fldName), "");
+  EXPECT_EQ(S(e[6].m_fldName), "count");  // existence is checked when events are numbered
+  EXPECT_EQ(join(a.schema().s_allEventNames.els), "n1,n2,d,da,cp,cu,unknown,date");
+
+  // The hidden field stands where the clause does and holds the limit as text.
+  EXPECT_EQ(Analysis::fieldNames(c), "a ttl_timestamp@ b ttl_count@");
+  EXPECT_TRUE(c->v_field[1].m_isHidden);
+  EXPECT_EQ(S(c->v_field[1].m_eltype), "unsigned<8>");
+  EXPECT_EQ(join(c->v_field[1].m_initVals), "5000000");
+  EXPECT_EQ(join(c->v_field[3].m_initVals), "0");
+  EXPECT_EQ(join(a.cls("m")->v_field[0].m_initVals), "5000");
+  EXPECT_EQ(join(a.cls("u")->v_field[0].m_initVals), "5");
+  EXPECT_EQ(Analysis::indexNames(c), "ttl_timestamp_idx@ ttl_count_idx@");
+  EXPECT_EQ(join(c->v_index[1].v_indfield), "ttl_count@");
+  EXPECT_EQ(std::vector<bool>({c->v_index[0].m_isUnique, c->v_index[1].m_isUnique, c->v_index[0].m_hidden}),
+            std::vector<bool>({false, true, true}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Schema analyzer: schema statements, class bodies, fields and types, indexes, reserved words.
+// Schema analyzer: schema statements, class bodies, fields and types, indexes, events and TTL, reserved words.
 #include "analyzer.h"
 
 #include <string.h>
@@ -884,11 +884,84 @@ void Analyzer::do_indexFields(Index& idx, Class& cls) {
 
 // ---------------------------------------------------------------- events and TTL
 
-// Events and TTL clauses are not read yet: their words are reported as
-// unexpected tokens.
-void Analyzer::do_event(Class&) { error1("unexpected token #1", "event"); }
+// event -> 'event' '<' ('new'|'delete'|'delete_all'|'checkpoint'|'update'|field 'update') '>' name ';'
+void Analyzer::do_event(Class& cls) {
+  Event ev;
+  m_p.match("<");
+  mstring tok = m_p.get();
+  if (tok == "new") {
+    ev.m_type = Event::NEW;
+  } else if (tok == "delete") {
+    ev.m_type = Event::DELETE;
+  } else if (tok == "delete_all") {
+    ev.m_type = Event::DELETE_ALL;
+  } else if (tok == "checkpoint") {
+    ev.m_type = Event::CHECKPOINT;
+  } else if (tok == "update") {
+    ev.m_type = Event::CLASS_UPDATE;
+  } else {
+    // A field update. Whether the field exists is checked when the events
+    // are numbered; a field with a reserved name can have no event.
+    if (isReservedWord(tok, m_sql)) error1("field name expected, found #1", tok);
+    ev.m_fldName = tok;
+    m_p.match("update");
+    ev.m_type = Event::UPDATE;
+    for (unsigned int i = 0; i < cls.v_events.size(); i++)
+      if (cls.v_events[i].m_fldName == tok) error1("update #1 event already defined", tok);
+  }
+  m_p.match(">");
+  // Event names are unique across the schema and may be reserved words.
+  ev.m_name = m_p.getName();
+  m_p.match(";");
+  if (m_s.s_allEventNames.find(ev.m_name)) error1("event #1 already defined", ev.m_name);
+  m_s.s_allEventNames.insert(ev.m_name);
+  cls.v_events.push_back(ev);
+}
 
-void Analyzer::do_ttl(Class&) { error1("unexpected token #1", m_p.get()); }
+// ttl -> 'TTL_count' count ';' | 'TTL_clock_time' value ('sec'|'ms'|'us') ';'
+// Each clause adds a hidden unsigned<8> field, whose one initial value holds
+// the limit so that the dictionary carries it, and a hidden tree over it.
+void Analyzer::do_ttl(Class& cls) {
+  const mstring word = m_p.get();
+  mstring value = m_p.get();
+  const char* fieldName;
+  const char* indexName;
+  bool unique;
+  if (word == "TTL_count") {
+    // The count is kept as written and not examined.
+    fieldName = "ttl_count@";
+    indexName = "ttl_count_idx@";
+    unique = true;
+  } else if (word == "TTL_clock_time") {
+    fieldName = "ttl_timestamp@";
+    indexName = "ttl_timestamp_idx@";
+    unique = false;
+    // The value becomes microseconds by appending zeros to its text, which
+    // only works for a plain decimal. The message names "s" while the
+    // language takes "sec": intended, keep it.
+    mstring unit = m_p.get();
+    if (unit == "sec")
+      value += "000000";
+    else if (unit == "ms")
+      value += "000";
+    else if (unit != "us")
+      error("invalid TTL_clock_time time unit (must be s, ms or us)");
+    // A leading "0" refuses zero and the octal and hexadecimal ("0x", "0X")
+    // forms; any other text passes.
+    if (value.c_str()[0] == '0') error1("invalid TTL_clock_time value #1", value);
+  } else {
+    error1("unexpected TTL condition #1", word);
+  }
+  // Each clause once per class; the two may stand together.
+  for (unsigned int i = 0; i < cls.v_field.size(); i++)
+    if (cls.v_field[i].m_name == fieldName) error1("#1 already defined", word);
+
+  SysIndex idx(indexName, IT_Tree, unique);
+  cls.addSysField(fieldName, "unsigned<8>", true, value.c_str());
+  idx.addField(fieldName);
+  cls.addIndex(idx);
+  m_p.match(";");
+}
 
 // ---------------------------------------------------------------- fields and types
 
