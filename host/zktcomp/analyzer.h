@@ -131,6 +131,28 @@ private:
   const Struct* m_fieldNamesOf = nullptr;
   unsigned int m_fieldNamesCount = 0;
 
+  // ---- finishing pass
+  // A struct whose fields struct_finishStructFields is finishing: the flags
+  // collected so far, and where it stands.
+  struct FinishFrame {
+    Struct* s = nullptr;
+    unsigned int next = 0;  // the field being finished
+    bool waiting = false;   // that field's type is being finished further up the stack
+    bool dynamic = false;
+    bool blobs = false;
+    bool sequences = false;
+    bool inits = false;
+  };
+  void pushFinishFrame(Struct& s);
+  void resolveFieldType(Struct& s, Field& f, FinishFrame& fr);
+  // The type of that name; an error naming s if there is none.
+  Struct* findFieldType(const mstring& name, const Struct& s);
+  void addListIndex(Class& cls);
+  void checkSegment(const Class& cls, const Index& idx, Index::Segment& seg);
+
+  mvector<FinishFrame> m_finishing;  // the types being finished, innermost last
+  StringSet m_inProgress;            // types whose finishing has begun: mutual inclusion if met unfinished
+
   Analyzer(const Analyzer&);
   Analyzer& operator=(const Analyzer&);
 };

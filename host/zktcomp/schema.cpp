@@ -368,3 +368,198 @@ bool Schema::enumNameToInteger(const mstring& name, long* value) {
   }
   return false;
 }
+
+// ---------------------------------------------------------------- element type codes
+
+namespace {
+// A simple type by its C type: element type code, member of the value union, size.
+struct SimpleCode {
+  const char* cType;
+  int etype;
+  const char* unionel;
+  int size;
+};
+// A sequence by the C type of its element.
+struct SequenceCode {
+  const char* cType;
+  int etype;
+};
+
+// clang-format off
+const SimpleCode kSimpleCodes[] = {
+  // C type          code  union  size
+  { "uint1",          1,   "u1",  1 },
+  { "uint2",          2,   "u2",  2 },
+  { "uint4",          3,   "u4",  4 },
+  { "int1",           4,   "i1",  1 },
+  { "int2",           5,   "i2",  2 },
+  { "int4",           6,   "i4",  4 },
+  { "float",         10,   "flt", 4 },
+  { "double",        11,   "dbl", 8 },
+  { "uint8",         12,   "u8",  8 },
+  { "int8",          13,   "i8",  8 },
+  { "zkt_int8",      13,   "i8",  8 },
+  { "autoid_t",      13,   "i8",  8 },
+  { "zkt_date",      16,   "u4",  4 },
+  { "zkt_time",      17,   "u4",  4 },
+  { "zkt_datetime",  24,   "u8",  8 },
+};
+
+// An enum takes the code of the signed type of its size, but size 1 is unsigned.
+const SimpleCode kEnumCodes[] = {
+  // size   code  union  size
+  { "",      1,   "u1",  1 },
+  { "",      5,   "i2",  2 },
+  { "",      6,   "i4",  4 },
+};
+
+const SequenceCode kSequenceCodes[] = {
+  // element C type  code
+  { "uint1",          30 },
+  { "uint2",          31 },
+  { "uint4",          32 },
+  { "zkt_date",       32 },
+  { "zkt_time",       32 },
+  { "uint8",          33 },
+  { "int1",           34 },
+  { "int2",           35 },
+  { "int4",           36 },
+  { "int8",           37 },
+  { "zkt_int8",       37 },
+  { "float",          38 },
+  { "double",         39 },
+  { "zkt_datetime",   41 },
+};
+// clang-format on
+
+const int kSequenceOfBytes = 40;  // char<N>, binary<N> or a struct, carried as bytes
+}  // namespace
+
+// The codes of the runtime; m_pstruct (and m_seqElemStruct, m_penum) must be
+// resolved, so this holds after the finishing pass has seen the field.
+Field::DictInfo Field::dict_info(bool allow_struct) const {
+  DictInfo info;
+  const Struct& t = *m_pstruct;
+  switch (t.m_category) {
+    case ET_SIMPLE:
+      // boolean is a uint1 simple type told apart by its name.
+      if (t.m_name == "boolean") {
+        info.etype = 23;
+        info.unionel = "ptr";
+        info.size = 1;
+        info.bit_size = m_arraySize > 1 ? m_arraySize : 1;
+        return info;
+      }
+      for (const SimpleCode& c : kSimpleCodes) {
+        if (t.m_cType == c.cType) {
+          info.etype = c.etype;
+          info.unionel = c.unionel;
+          info.size = c.size;
+          return info;
+        }
+      }
+      if (m_penum != nullptr) {
+        for (const SimpleCode& c : kEnumCodes) {
+          if ((int)t.m_layout.c.m_size == c.size) {
+            info.etype = c.etype;
+            info.unionel = c.unionel;
+            info.size = c.size;
+            return info;
+          }
+        }
+      }
+      IErrReporter::panic("unknown simple type", false);
+    case ET_CHARS:
+      info.etype = 7;
+      info.size = t.m_layout.c.m_size;
+      return info;
+    case ET_STRING:
+      info.etype = 8;
+      return info;
+    case ET_REF:
+      info.etype = 9;
+      return info;
+    case ET_AUTOID:
+      info.etype = 14;
+      info.unionel = "i8";
+      info.size = 8;
+      return info;
+    case ET_VERSION:
+      info.etype = 15;
+      info.unionel = "u2";
+      info.size = 2;
+      return info;
+    case ET_AUTOOID:
+      info.etype = 18;
+      info.unionel = "i8";
+      info.size = 8;
+      return info;
+    case ET_UNICODE_CHARS:
+      info.etype = 19;
+      info.size = t.m_layout.c.m_size;
+      return info;
+    case ET_UNICODE_STRING:
+      info.etype = 20;
+      return info;
+    case ET_BINARY:
+      info.etype = 25;
+      info.size = t.m_layout.c.m_size;
+      return info;
+    case ET_VARBINARY:
+      info.etype = 26;
+      return info;
+    case ET_DIRECT_STRUCT:
+      info.etype = 50;
+      info.size = t.m_layout.c.m_size;
+      return info;
+    case ET_STRUCT:
+      if (!allow_struct) IErrReporter::panic("illegal index field type", false);
+      info.etype = 50;
+      return info;
+    case ET_BLOB:
+      if (!allow_struct) IErrReporter::panic("illegal index field type", false);
+      info.etype = 51;
+      return info;
+    case ET_WIDE_CHARS:
+    case ET_WCHAR_STRING:
+      IErrReporter::panic("illegal index field type", false);
+    case ET_SEQUENCE: {
+      const Struct& el = *m_seqElemStruct;
+      info.size = t.m_layout.u.m_size;
+      if (el.m_category == ET_CHARS || el.m_category == ET_BINARY || el.m_category == ET_STRUCT) {
+        info.etype = kSequenceOfBytes;
+        return info;
+      }
+      if (el.m_category == ET_SIMPLE) {
+        for (const SequenceCode& c : kSequenceCodes) {
+          if (el.m_cType == c.cType) {
+            info.etype = c.etype;
+            return info;
+          }
+        }
+      }
+      // "singined" and "floatig" are the message as it has always read: keep them.
+      // clang-format off
+      IErrReporter::panic("Wrong sequence element type " + m_seqElemType + ": sequences can be defined only singined/unsigned integer, floatig point, date/time, character and fixed size struct type.", false);
+      // clang-format on
+    }
+  }
+  throw "unknown case";
+}
+
+FieldInitType Field::getInitializerType() const {
+  // clang-format off
+  switch (dict_info(false).etype) {
+    case 1: case 2: case 3: case 4: case 5: case 6:   // integers
+    case 12: case 13: case 16: case 17: case 24:      // eight-byte integers, date, time, datetime
+      return INIT_INT;
+    case 10: case 11:                                 // float, double
+      return INIT_DOUBLE;
+    case 23:                                          // boolean
+      return INIT_BOOL;
+    case 7: case 8: case 19: case 20: case 25: case 26:  // chars, string, nchars, nstring, binary, varbinary
+      return INIT_STRING;
+  }
+  // clang-format on
+  return INIT_NONE;
+}
