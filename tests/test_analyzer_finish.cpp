@@ -79,6 +79,7 @@ const Refused kRefused[] = {
   { "struct s { signed<4> v[2]; };\nclass c { vector<s> x; tree<x.v> t; };",
     "index t, x.v has more then 1 vector or array element", 3 },  // "then": the established wording
   { "class c { signed<4> a; tree<a collate co> t; };", "Wrong field type for collate co", 2 },
+  { "class c { blob b; tree<b collate co> t; };", "Wrong field type for collate co", 2 },  // an error, no panic
   { "class c { char<4> a; tree<a collate co> t; };\nclass e { nstring b; hash<b collate co> h[5]; };",
     "Incompatible field types for collation co", 3 },
   // index types

@@ -151,7 +151,7 @@ private:
   void checkSegment(const Class& cls, const Index& idx, Index::Segment& seg);
 
   mvector<FinishFrame> m_finishing;  // the types being finished, innermost last
-  StringSet m_inProgress;            // types whose finishing has begun: mutual inclusion if met unfinished
+  StringSet m_inProgress;            // names whose finishing has begun: a type met again unfinished includes itself
 
   Analyzer(const Analyzer&);
   Analyzer& operator=(const Analyzer&);

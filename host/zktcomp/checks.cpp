@@ -74,8 +74,7 @@ void Analyzer::struct_finishStructFields(Struct& top, bool) {
   m_finishing.resize(0, FinishFrame());
   pushFinishFrame(top);
   while (m_finishing.size() > 0) {
-    const unsigned int depth = m_finishing.size() - 1;
-    FinishFrame& fr = m_finishing[depth];
+    FinishFrame& fr = m_finishing.back();
     Struct& s = *fr.s;
     if (fr.next == s.v_field.size()) {
       s.m_isDynamic = fr.dynamic;
@@ -213,9 +212,10 @@ Index::Segment Analyzer::constructIndexSegment(const mstring& indexName, bool de
     Collation* coll = m_s.findCollation(collation);
     if (coll == nullptr) error1("collation #1 not defined", collation);
     // Narrow text (chars, string), unicode text (nchars, nstring), and the
-    // wide types that no schema makes.
+    // wide types that no schema makes. The code is asked with structs allowed:
+    // a blob here is a schema's mistake and gets the message, not a panic.
     int ctype = 0;
-    switch (f->dict_info(false).etype) {
+    switch (f->dict_info(true).etype) {
       case 7:
       case 8:
         ctype = 7;
