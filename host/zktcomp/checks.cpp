@@ -212,10 +212,10 @@ Index::Segment Analyzer::constructIndexSegment(const mstring& indexName, bool de
     Collation* coll = m_s.findCollation(collation);
     if (coll == nullptr) error1("collation #1 not defined", collation);
     // Narrow text (chars, string), unicode text (nchars, nstring), and the
-    // wide types that no schema makes. The code is asked with structs allowed:
-    // a blob here is a schema's mistake and gets the message, not a panic.
+    // wide types that no schema makes. The code is asked without structs, so
+    // a blob with a collation ends in the "illegal index field type" stop.
     int ctype = 0;
-    switch (f->dict_info(true).etype) {
+    switch (f->dict_info(false).etype) {
       case 7:
       case 8:
         ctype = 7;
