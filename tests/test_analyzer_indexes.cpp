@@ -52,7 +52,7 @@ const Refused kRefused[] = {
   { "class c { signed<4> a;\n tree<a.autoid> t; };", "\"autoid\" is a reserved word", 2 },
   { "class c { char<4> a;\n userdef tree<a collate x> t; };", "unexpected \"collate\" for user-defined index", 2 },
   { "class c { signed<4> a, b;\n rtree<a, b> r; };", "rtree index specification error", 2 },
-  { "class c { char<4> a, b;\n patricia<a, b> p; };", "patricia index specification error", 2 },
+  { "transient class c { char<4> a, b;\n patricia<a, b> p; };", "patricia index specification error", 2 },
   { "struct s { signed<4> a; };\nclass c { s s1;\n kdtree<s1.a> k; };",
     "Fields of inner structs are not allowed as an element of R-Tree or KD-Tree indeces", 3 },
   // events
@@ -69,10 +69,12 @@ const Refused kRefused[] = {
 };
 // clang-format on
 
-// In process, then through the binary: there the error is the last
-// diagnostic, a warning may stand before it, and the exit status is 255.
+// In process, then through the binary under several option sets: there the
+// error is the last diagnostic, a warning may stand before it, and the exit
+// status is 255.
 TEST(AnalyzerIndexes, RefusedForms) {
   std::string dir = procutil::makeTempDir();
+  const std::vector<std::vector<std::string>> optionSets = {{}, {"-sql"}, {"-nosort"}, {"-persistent"}, {"-size-t", "4"}};
   for (const Refused& c : kRefused) {
     Options o;
     o.sql = c.sql;
@@ -81,14 +83,18 @@ TEST(AnalyzerIndexes, RefusedForms) {
     EXPECT_EQ(a.line, c.line) << c.schema;
 
     procutil::writeFile(dir + "/x.sch", c.schema);
-    std::vector<std::string> argv{ZKT_COMPILER_PATH, "x.sch"};
-    if (c.sql) argv.insert(argv.begin() + 1, "-sql");
-    ProcResult r = procutil::runProgram(argv, dir);
-    EXPECT_EQ(r.status, 255) << c.schema;
-    size_t at = r.err.rfind("File x.sch;  line " + std::to_string(c.line));
-    ASSERT_NE(at, std::string::npos) << c.schema << "\n" << r.err;
-    std::string shown = r.err.substr(at);
-    EXPECT_EQ(shown.substr(shown.find(": error: ")), std::string(": error: ") + c.message + "\n\n");
+    for (const std::vector<std::string>& opts : optionSets) {
+      std::vector<std::string> argv{ZKT_COMPILER_PATH};
+      argv.insert(argv.end(), opts.begin(), opts.end());
+      if (c.sql && opts != optionSets[1]) argv.push_back("-sql");
+      argv.push_back("x.sch");
+      ProcResult r = procutil::runProgram(argv, dir);
+      EXPECT_EQ(r.status, 255) << c.schema;
+      size_t at = r.err.rfind("File x.sch;  line " + std::to_string(c.line));
+      ASSERT_NE(at, std::string::npos) << c.schema << "\n" << r.err;
+      std::string shown = r.err.substr(at);
+      EXPECT_EQ(shown.substr(shown.find(": error: ")), std::string(": error: ") + c.message + "\n\n") << c.schema;
+    }
   }
 }
 
