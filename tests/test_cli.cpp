@@ -99,3 +99,35 @@ TEST(Job, FinalCallbackRemovesTheNamedFiles) {
 }
 
 }  // namespace
+
+namespace {
+
+// The front end's errors on the console: the reader's carry a position (one
+// above the column of the rewritten line, where every name has a blank on
+// both sides), the preprocessor's only a line.
+TEST(Cli, FrontEndErrorsOnTheConsole) {
+  struct Case {
+    const char* schema;
+    const char* err;
+  } cases[] = {
+      {"declare database d;\nstruct s { @@ };\n", "File x.sch;  line 2, position 17: error: Unrecognized Symbol \"@\"\n\n"},
+      {"declare database d;\n/* open\n", "File x.sch;  line 3: error: comment is not closed with */\n\n"},
+      {"declare database d;\nstruct s { signed<4> a = \"x; };\n", "File x.sch;  line 2: error: non-terminated string literal\n\n"},
+      {"declare database d;\n#include \"inc/missing.sch\"\n", nullptr},
+  };
+  std::string dir = procutil::makeTempDir();
+  char real[4096];
+  ASSERT_NE(realpath(dir.c_str(), real), nullptr);
+  for (const Case& c : cases) {
+    procutil::writeFile(dir + "/x.sch", c.schema);
+    ProcResult r = procutil::runProgram({kCompiler, "x.sch"}, dir);
+    EXPECT_EQ(r.status, 255);
+    EXPECT_EQ(r.out, "Error executing DDL compiler\n");
+    std::string expected = c.err ? c.err
+                                 : "File x.sch;  line 2: error: current directory is " + std::string(real) +
+                                       ", cannot open include file \"inc/missing.sch\"\n\n";
+    EXPECT_EQ(r.err, expected) << c.schema;
+  }
+}
+
+}  // namespace
