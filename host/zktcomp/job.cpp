@@ -52,7 +52,11 @@ bool Job::run() {
   analyzer.doChecks();
   analyzer.getSchema();
 
-  fclose(inp);
+  fclose(inp);  // files reached through #include belong to the preprocessor
+
+  // The generator comes here: GenOutput on the schema, init (which opens the
+  // streams), then cbk.m_genout set to it, run and close. An error before
+  // init finds no generator to close.
 
   rep.setFinalCallback(nullptr);
   return true;
