@@ -74,6 +74,17 @@ bool Analyzer::hasFieldNamed(const Struct& s, const mstring& name) {
 
 void Analyzer::resetFieldNames() { m_fieldNamesOf = nullptr; }
 
+// Ties a field to its struct and marks a direct-struct type. Only a direct
+// struct declared before the field is seen here.
+void Analyzer::placeInStruct(Struct& s, Field& f) {
+  Struct* type = m_s.findType(f.m_eltype);
+  if (type != nullptr && type->m_category == ET_DIRECT_STRUCT) {
+    f.m_isDirectStruct = true;
+    s.m_hasDirectStruct = true;
+  }
+  f.m_containerStruct = &s;
+}
+
 // ---------------------------------------------------------------- base types
 
 namespace {
@@ -1133,13 +1144,7 @@ void Analyzer::do_field(Struct& s) {
     }
   }
 
-  // Only a direct struct declared before the field is seen here.
-  Struct* type = m_s.findType(f.m_eltype);
-  if (type != nullptr && type->m_category == ET_DIRECT_STRUCT) {
-    f.m_isDirectStruct = true;
-    s.m_hasDirectStruct = true;
-  }
-  f.m_containerStruct = &s;
+  placeInStruct(s, f);
 
   // Every name repeats the whole declarator, with the same m_no and m_seq_no.
   for (;;) {
@@ -1175,12 +1180,7 @@ void Analyzer::do_direct_field(Struct& s) {
     if (f.m_arraySize < 1 || f.m_arraySize > 65535) error("array size limits");
     m_p.match("]");
   }
-  Struct* type = m_s.findType(f.m_eltype);
-  if (type != nullptr && type->m_category == ET_DIRECT_STRUCT) {
-    f.m_isDirectStruct = true;
-    s.m_hasDirectStruct = true;
-  }
-  f.m_containerStruct = &s;
+  placeInStruct(s, f);
   for (;;) {
     if (hasFieldNamed(s, f.m_name)) error1("field #1 already defined", f.m_name);
     s.v_field.push_back(f);

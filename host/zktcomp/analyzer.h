@@ -114,6 +114,7 @@ private:
   bool accept(const char* word);
   // Sets m_suppressApi when name (or "") stands in the suppress list.
   void applySuppressList(Struct& s, const mstring& name);
+  void placeInStruct(Struct& s, Field& f);
   // Reads the "< class >" behind ref or autoid_t into m_refto.
   void readRefTarget(Field& f);
   // Reads "= value" or "= { values }" into f.
