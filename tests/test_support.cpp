@@ -6,6 +6,7 @@
 
 #include "ierrrep.h"
 #include "proc_util.h"
+#include "schema.h"
 #include "util.h"
 
 namespace {
@@ -363,7 +364,10 @@ TEST(SupportText, GeneratorHelpers) {
   EXPECT_STREQ(simple_get_accessor_name(4), "zkt_w_b4_get");
   EXPECT_STREQ(enum_int_type(2), "uint2");
   EXPECT_EQ(hppClass("c"), mstring("c"));
-  EXPECT_EQ(A("type", "ref<a>"), mstring("type=\"ref{a}\" "));
+  // Only the text form maps the angle brackets; a bare literal picks the bool form.
+  EXPECT_EQ(A("type", mstring("ref<a>")), mstring("type=\"ref{a}\" "));
+  EXPECT_EQ(A("type", "Tree"), mstring("type=\"true\" "));
+  EXPECT_EQ(A("sz", FSize(mstring("a<b"))), mstring("sz=\"a<b\" "));
   HIOutStream os(IOutStream::createStrStream(""));
   I(*os.get(), 3) << "x";
   EXPECT_EQ(os.get()->retstr(), mstring("   x"));

@@ -1,8 +1,9 @@
-// Generator frame: the output files of a compilation.
+// Generator frame: the output files of a compilation, their heads and tails, names and widths, and the layout pass.
 #ifndef ZKTCOMP_GENOUT_H
 #define ZKTCOMP_GENOUT_H
 
-#include "util.h"
+#include "ierrrep.h"
+#include "schema.h"
 
 // Version of this compiler, as the generated banner and the dictionary show it.
 #define ZKT_COMP_BUILD_NUM 1803
@@ -11,15 +12,125 @@
 #define ZKT_COMP_API_VERSION 17
 #define ZKT_COMP_REVISION "interim build Vantrel_8.3_1803, rev.29517"
 
+// Turns a finished Schema into source files. The constructor only stores its
+// arguments; init opens the streams, run writes everything, close (also run
+// by the destructor) deletes every stream.
+//
+// Every generated function goes through the three routing streams in one
+// order: head on m_def2, ";" on m_prot, a line feed on m_def2, body on
+// m_body. createStreams decides where they lead: with m_debug the header
+// gets a prototype and the C file the definition; without it the header gets
+// an inline definition and the ";" goes nowhere.
 class GenOutput {
 public:
-  // The paths a failed compile removes, in this order: {db}.h, {db}.c,
-  // {db}.hpp, {db}.xml, then {db}_udf.c and {db}_coll.c, each replaced by its
-  // ".new" name when the file exists now, so hand-edited files survive.
-  static mvector<mstring> listAllOutputs(const mstring& dir, const mstring& name);
+  Schema& m_sc;          // not owned
+  IErrReporter* m_err;   // not owned
+  mstring m_dir;         // output directory
+  mstring m_csNamespace;
+  mstring m_javaPackage;
+  bool m_prefix;         // generated names get the database name as prefix
+  IOutStream* m_h;       // {db}.h
+  IOutStream* m_c;       // {db}.c
+  IOutStream* m_def2;    // function heads (routing)
+  IOutStream* m_body;    // function bodies (routing)
+  IOutStream* m_prot;    // what ends a prototype (routing)
+  IOutStream* m_x;       // {db}.xml; null without the dump
+  IOutStream* m_hpp;     // {db}.hpp
+  IOutStream* m_cs;      // {db}.cs
+  IOutStream* m_java;    // the Java file of the moment
+  IOutStream* m_udf;     // user-defined index functions
+  IOutStream* m_coll;    // collation functions
+  bool m_gen_hpp;
+  bool m_gen_cs;
+  bool m_gen_java;
+  bool m_gen_smartptr;
+  bool m_debug;          // functions go to the C file, prototypes to the header
+  bool m_nosort;         // layouts keep the declared field order
+  bool m_dumpxml;
+  bool m_cmode1;         // read by the dictionary writer only
+  bool m_genXmlMethods;
+  bool m_genJsonMethods;
+  bool m_genSql;         // stored, not read
+  bool m_largeDatabase;  // read by the dictionary writer
+  int m_target_sizeof_zkt_size_t;
+  bool m_mergeable;      // class codes in generated calls behind "dict.class_code_origin + "
+  bool m_dll;            // "ZKT_DLL_SPEC" decoration
+  int m_wcharSize;       // stored, not read
+  IOutStream* m_hpp_tail;  // inline C++ method bodies, kept in memory until the end of output()
+  mvector<mstring> m_files_created;  // paths in order of creation; filled, never read
+  int m_maxClassName;
+  int m_maxIndexName;
+  int m_maxFieldName;
+  int m_maxCtypeName;
+  int m_fmtRet;          // width of the return type column
+  int m_idxMethodName;   // width of index method names
 
-  // Closes every output stream; does nothing on streams already closed.
-  void close() {}
+  GenOutput(Schema& sc, bool debug, bool nosort, bool dumpxml, bool gen_hpp, bool gen_cs, bool gen_java,
+            bool gen_smartptr, IErrReporter* err, const mstring& dir, const mstring& csNamespace,
+            const mstring& javaPackage, bool cmode1, bool genXmlMethods, bool genJsonMethods, bool genSql,
+            bool largeDatabase, int target_sizeof_zkt_size_t, int wcharSize, bool prefix, bool mergeable,
+            bool dll);
+  virtual ~GenOutput();
+
+  // ---- virtual slots, in this order; the memory builder overrides them all
+  // Opens every stream; udf and coll tell whether the user-function files
+  // are wanted.
+  virtual void createStreams(bool udf, bool coll);
+  // Lays out one struct or class whose first field starts at start; cls is
+  // the owning class or null. Structs nested in it are laid out first (on an
+  // explicit stack, so deep nesting costs no machine stack) and get cls as
+  // owner. Returns true: a recursive definition is an error that ends the
+  // compile.
+  virtual bool layout(Struct& s, int start, Class* cls);
+  // Assigns offsets in one layout of s from the ordered l.v_fldOrder.
+  virtual void layout(Layout& l, int start, Struct* s);
+  virtual void update_layout_strings(FldLayout& fl);
+  // Size of n elements of size elem: the text "({elem})*{n}".
+  virtual FSize getArraySize(FSize& elem, int n);
+
+  // ---- the frame
+  void init();
+  void run();
+  void close();
+  static mvector<mstring> listAllOutputs(const mstring& dir, const mstring& name);
+  static const char* inline_macro() { return "ZKT_TARGET_INLINE "; }
+  const char* inline_on_release() const { return m_debug ? "" : inline_macro(); }
+  mstring MF(const mstring& name, int width);
+  void head2(IOutStream* os, const mstring& title);
+  void outConstant(IOutStream* os, const mstring& name, int value);
+  mstring nameWithPrefix(const mstring& name);
+  void calculateFormating();
+  void heading();
+  void ending();
+  void dump(IOutStream& os);
+
+  // ---- generator steps that later parts of the generator fill
+  void outputCalculator() {}
+  void outputDictionary() {}
+  void output() {}
+  void outputUserdef() {}
+  void outputCollation() {}
+
+  // ---- layout
+  void layout();
+  int oid_layout(Struct& s);
+  FSize alignInt(FSize sz, FSize a);
+  FSize alignInt(FSize sz, int& a);
+
+protected:
+  // Creates the file name in m_dir and records its path.
+  IOutStream* createFile(const mstring& name);
+  // The user-function file {db}{suffix}, or {db}{suffix}.new when the former
+  // exists, so a user's edits are never overwritten.
+  IOutStream* createUserFile(const char* suffix, const char* warning);
+  // Fills size and alignment of the two records of field f of s.
+  void fieldLayout(Struct& s, Field& f, FldLayout& c, FldLayout& u);
+  // A number of s's layout must fit an int; otherwise "Struct {s} is too large".
+  int checkedSize(long long n, const Struct& s);
+
+private:
+  GenOutput(const GenOutput&);
+  GenOutput& operator=(const GenOutput&);
 };
 
 #endif

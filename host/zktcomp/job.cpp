@@ -54,9 +54,13 @@ bool Job::run() {
 
   fclose(inp);  // files reached through #include belong to the preprocessor
 
-  // The generator comes here: GenOutput on the schema, init (which opens the
-  // streams), then cbk.m_genout set to it, run and close. An error before
-  // init finds no generator to close.
+  GenOutput genout(analyzer.getSchema(), debug || genhpp, nosort, dumpxml, genhpp, gencs, genjava, gensmartptr,
+                   &rep, outDir, csNamespace, javaPackage, cmode1, genXml, genJson, genSQL, largeDatabase,
+                   target_sizeof_zkt_size_t, wcharSize, prefix, mergeable, dll);
+  genout.init();
+  cbk.m_genout = &genout;  // from here on a failure closes the streams first
+  genout.run();
+  genout.close();
 
   rep.setFinalCallback(nullptr);
   return true;

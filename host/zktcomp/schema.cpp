@@ -52,29 +52,13 @@ bool FldLayout::operator<(const FldLayout& o) const {
   return m_align > o.m_align;
 }
 
-// Fills the {container}, {struct} and {field} placeholders of a layout text
-// for field f, in one pass.
-static mstring fillLayoutText(const char* text, const Field& f) {
-  mstring res;
-  const char* s = text;
-  while (*s) {
-    const char* close = s[0] == '{' ? strchr(s, '}') : nullptr;
-    if (close == nullptr) {
-      res += *s++;
-      continue;
-    }
-    mstring name(s + 1, (size_t)(close - s - 1));
-    if (name == "container")
-      res += f.m_containerStruct->m_name;
-    else if (name == "struct")
-      res += f.m_pstruct ? f.m_pstruct->m_name : f.m_eltype;
-    else if (name == "field")
-      res += f.m_name;
-    else
-      IErrReporter::panic("undefined placeholder {" + name + "}", false);
-    s = close + 1;
-  }
-  return res;
+// The placeholders of the layout texts of field f.
+static Frag layoutFrag(const Field& f) {
+  Frag fr;
+  fr.set("container", f.m_containerStruct ? f.m_containerStruct->m_name : mstring());
+  fr.set("struct", f.m_pstruct ? f.m_pstruct->m_name : f.m_eltype);
+  fr.set("field", f.m_name);
+  return fr;
 }
 
 // clang-format off
@@ -88,16 +72,18 @@ void FldLayout::update_strings() {
   m_inDirectStruct =
       m_ref != nullptr && m_ref->m_containerStruct != nullptr && m_ref->m_containerStruct->m_isDirectStruct;
   if (m_inDirectStruct) {
-    m_offset = fillLayoutText(kFieldOffsText, *m_ref);
+    const Frag fr = layoutFrag(*m_ref);
+    m_offset = fr.fill(kFieldOffsText);
     if (!m_size.is_str()) {
       m_size.m_calc_type_size = m_size.m_size_n;
-      m_size = fillLayoutText(kFieldSizeText, *m_ref);
+      m_size = fr.fill(kFieldSizeText);
     }
     if (!m_align.is_str()) m_align = mstring("1");
   } else if (m_isDirectStruct && !m_ref->m_isVector) {
     // The engine replaces this offset once it has placed the field.
-    if (!m_offset.is_str()) m_offset = fillLayoutText(kStructSizeText, *m_ref);
-    if (!m_size.is_str()) m_size = fillLayoutText(kStructSizeText, *m_ref);
+    const Frag fr = layoutFrag(*m_ref);
+    if (!m_offset.is_str()) m_offset = fr.fill(kStructSizeText);
+    if (!m_size.is_str()) m_size = fr.fill(kStructSizeText);
     if (!m_align.is_str()) m_align = mstring("1");
   }
 }

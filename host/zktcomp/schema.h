@@ -91,6 +91,7 @@ public:
   // Replaces what only the target compiler knows (fields of and in direct
   // structs) by the text of the fieldoffs/fieldsz/structsz macros.
   void update_strings();
+  void dump(IOutStream& os, int ind) const;
 };
 
 // One layout of a struct.
@@ -100,6 +101,7 @@ public:
   FSize m_align;  // alignment of the struct as a whole
   mvector<FldLayout> v_fldOrder;  // storage order; must not grow once fields point into it
   void update_strings() {}  // a hook that does nothing
+  void dump(IOutStream& os, int ind) const;
 };
 
 // The compact layout c (two-byte in-object offsets) and the normal layout u
@@ -116,6 +118,7 @@ public:
   }
   bool finished() const { return m_finished; }
   bool is_size_equal() const { return c.m_size == u.m_size; }
+  void dump(IOutStream& os, int ind) const;
 };
 
 // A field with its position in Struct::v_field, for sorting a field table by name.
@@ -176,6 +179,7 @@ public:
   };
   DictInfo dict_info(bool allow_struct) const;
   FieldInitType getInitializerType() const;
+  void dump(IOutStream& os, int ind) const;
 };
 
 // ---------------------------------------------------------------- indexes and events
@@ -187,6 +191,7 @@ public:
     mstring m_name;
     Struct* m_pStruct = nullptr;  // the struct searched
     Field* m_pFld = nullptr;      // the field found
+    void dump(IOutStream& os, int ind) const;
   };
   // One field path, resolved step by step by the finishing pass.
   class Segment : public mvector<FldEl> {
@@ -201,6 +206,7 @@ public:
     bool m_case_insensitive = false;
     int m_collationNum = -1;  // the collation's order
     FldEl& last() { return (*this)[size() - 1]; }
+    void dump(IOutStream& os, int ind) const;
   };
   struct FieldLayout {
     FSize field_offset;
@@ -228,6 +234,8 @@ public:
   bool m_isListIndex = false;
   bool m_isBitBased = false;
   bool m_hidden = false;
+
+  void dump(IOutStream& os, int ind) const;
 };
 
 // A hidden index that the system adds to a class.
@@ -296,6 +304,7 @@ public:
   bool less(const IComparable* other) const override;
   Field* findField(const mstring& name);  // the first field of that name, or null
   void addOwner(Class* cls);
+  void dump(IOutStream& os, int ind) const;
 };
 
 class Class : public Struct {
@@ -338,6 +347,7 @@ public:
   // -1 for a field of an embedded struct.
   int getUpdateEvent(const Struct* s, const Field& field) const;
   int getEventPos(int id) const;
+  void dump(IOutStream& os, int ind) const;  // the class, then its struct part
 
 private:
   int firstEventOf(Event::Type type) const;
@@ -452,6 +462,8 @@ public:
   bool enumNameToInteger(const mstring& name, long* value);
   mstring objIdName() const { return m_dbname + "_oid"; }
   bool auto_oid_declared() const { return m_HA_estimate != 0; }
+  // The dump of the schema with its layouts: classes, then every type.
+  void dump(IOutStream& os, int ind) const;
 
 private:
   Schema(const Schema&);

@@ -578,3 +578,51 @@ mstring A(const mstring& name, const mstring& value) {
   }
   return name + "=" + UT::Q(v) + " ";
 }
+
+mstring A(const mstring& name, int value) { return name + "=" + UT::Q(value) + " "; }
+mstring A(const mstring& name, bool value) { return name + "=" + UT::Q(mstring(value ? "true" : "false")) + " "; }
+mstring A(const mstring& name, const FSize& value) { return name + "=" + UT::Q(value) + " "; }
+
+// ---------------------------------------------------------------- Frag
+
+Frag& Frag::set(const char* name, const mstring& value) {
+  for (unsigned int i = 0; i < v_names.size(); i++) {
+    if (v_names[i] == name) {
+      v_values[i] = value;
+      return *this;
+    }
+  }
+  v_names.push_back(mstring(name));
+  v_values.push_back(value);
+  return *this;
+}
+
+Frag& Frag::set(const char* name, long value) { return set(name, UT::n2s((long long)value)); }
+
+static bool isPlaceholderName(const char* b, const char* e) {
+  if (b == e || !UT::nameBeg(*b)) return false;
+  for (const char* s = b; s < e; s++)
+    if (!UT::nameCont(*s)) return false;
+  return true;
+}
+
+mstring Frag::fill(const char* text) const {
+  mstring res;
+  const char* from = text;
+  for (const char* s = text; *s; s++) {
+    if (*s != '{') continue;
+    const char* e = s + 1;
+    while (*e && UT::nameCont(*e)) e++;
+    if (*e != '}' || !isPlaceholderName(s + 1, e)) continue;
+    mstring name(s + 1, (size_t)(e - s - 1));
+    unsigned int i = 0;
+    while (i < v_names.size() && !(v_names[i] == name)) i++;
+    if (i == v_names.size()) IErrReporter::panic("undefined placeholder {" + name + "} in generated text", false);
+    res.add(from, (size_t)(s - from));
+    res += v_values[i];
+    s = e;
+    from = e + 1;
+  }
+  res.add(from, strlen(from));
+  return res;
+}

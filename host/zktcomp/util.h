@@ -236,8 +236,27 @@ const char* enum_int_type(int size);
 const char* simple_get_accessor_name(int size);
 const char* simple_put_accessor_name(int size, bool with_event);
 
-// Dump helpers.
+// Dump helpers: n blanks; an attribute name="value" followed by a blank.
+// Only the text form maps "<" and ">" to "{" and "}". A string literal as
+// value would pick the bool form: pass an mstring.
 IOutStream& I(IOutStream& os, int n);
 mstring A(const mstring& name, const mstring& value);
+mstring A(const mstring& name, int value);
+mstring A(const mstring& name, bool value);
+mstring A(const mstring& name, const FSize& value);
+
+// Fills the {name} placeholders of a generated-text fragment in one pass: a
+// substituted value is never scanned again, and every brace that does not
+// enclose an identifier is literal text ("{{ctype}" is "{" then {ctype}).
+// A placeholder that was never set is an internal error.
+class Frag {
+public:
+  Frag& set(const char* name, const mstring& value);
+  Frag& set(const char* name, long value);
+  mstring fill(const char* text) const;
+
+private:
+  mvector<mstring> v_names, v_values;  // a handful of names: a linear search is fine
+};
 
 #endif
