@@ -99,6 +99,27 @@ public:
   }
 };
 
+// analyze, then doChecks, as the file compiler runs them.
+struct Finished : Analysis {
+  explicit Finished(const std::string& text, const Options& o = Options()) : Analysis(text, o) {
+    if (!ok) return;
+    ok = false;
+    try {
+      an.doChecks();
+      ok = true;
+    } catch (const CompilerError& e) {
+      msg = e.m_msg.c_str();
+      line = e.m_line;
+    }
+  }
+  std::string classNames() {
+    std::string r;
+    for (ISet::HPos pos(schema().s_class.first()); pos.valid(); pos.next())
+      r += (r.empty() ? "" : " ") + std::string(static_cast<Class*>(pos.get().get())->m_name.c_str());
+    return r;
+  }
+};
+
 }  // namespace antest
 
 #endif

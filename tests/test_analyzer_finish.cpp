@@ -12,26 +12,7 @@ namespace {
 
 std::string S(const mstring& m) { return m.c_str(); }
 
-// analyze, then doChecks, as the file compiler runs them.
-struct Finished : antest::Analysis {
-  explicit Finished(const std::string& text, const antest::Options& o = antest::Options()) : Analysis(text, o) {
-    if (!ok) return;
-    ok = false;
-    try {
-      an.doChecks();
-      ok = true;
-    } catch (const CompilerError& e) {
-      msg = e.m_msg.c_str();
-      line = e.m_line;
-    }
-  }
-  std::string classNames() {
-    std::string r;
-    for (ISet::HPos pos(schema().s_class.first()); pos.valid(); pos.next())
-      r += (r.empty() ? "" : " ") + S(static_cast<Class*>(pos.get().get())->m_name);
-    return r;
-  }
-};
+using antest::Finished;
 
 #define ASSERT_FINISHED(a) ASSERT_TRUE((a).ok) << (a).msg << " at line " << (a).line
 

@@ -88,10 +88,7 @@ IOutStream* GenOutput::createUserFile(const char* suffix, const char* warning) {
   return createFile(name);
 }
 
-void GenOutput::createStreams(bool udf, bool coll) {
-  const mstring& db = m_sc.m_dbname;
-  m_h = createFile(db + ".h");
-  m_c = createFile(db + ".c");
+void GenOutput::createRouting() {
   if (m_debug) {
     m_def2 = IOutStream::createDupStream(m_h, m_c, false);  // heads into both files
     m_prot = IOutStream::createWrapStream(m_h);             // prototypes in the header
@@ -101,6 +98,13 @@ void GenOutput::createStreams(bool udf, bool coll) {
     m_prot = IOutStream::createNullStream();
     m_body = IOutStream::createWrapStream(m_h);
   }
+}
+
+void GenOutput::createStreams(bool udf, bool coll) {
+  const mstring& db = m_sc.m_dbname;
+  m_h = createFile(db + ".h");
+  m_c = createFile(db + ".c");
+  createRouting();
   if (m_gen_hpp) {
     m_hpp_tail = IOutStream::createStrStream(m_dir);
     m_hpp = createFile(db + ".hpp");

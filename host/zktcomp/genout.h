@@ -118,6 +118,8 @@ public:
   FSize alignInt(FSize sz, int& a);
 
 protected:
+  // The three routing streams over m_h and m_c, by m_debug.
+  void createRouting();
   // Creates the file name in m_dir and records its path.
   IOutStream* createFile(const mstring& name);
   // The user-function file {db}{suffix}, or {db}{suffix}.new when the former
