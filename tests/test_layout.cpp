@@ -1,0 +1,339 @@
+// Layout engine: storage orders, offsets and sizes of both layouts, owners, class codes, oids, text sizes, errors; the schema dump.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "genout_util.h"
+#include "proc_util.h"
+
+namespace {
+
+using gentest::Generated;
+using gentest::Options;
+
+std::string S(const mstring& m) { return m.c_str(); }
+
+// "name:offset/size ... =size aalign", all in their text forms.
+std::string describe(const Layout& l) {
+  std::string r;
+  for (unsigned int i = 0; i < l.v_fldOrder.size(); i++) {
+    const FldLayout& f = l.v_fldOrder[i];
+    r += S(f.m_ref->m_name) + ":" + S(f.m_offset) + "/" + S(f.m_size) + " ";
+  }
+  return r + "=" + S(l.m_size) + " a" + S(l.m_align);
+}
+
+Options nosort() {
+  Options o;
+  o.nosort = true;
+  return o;
+}
+
+Options large() {
+  Options o;
+  o.large = true;
+  return o;
+}
+
+const char kExample[] =
+    "class c { unsigned<4> id; string name; char<3> code; unsigned<1> flag; double price;\n"
+    "  vector<unsigned<2>> tags; unsigned<2> next; };";
+const char kDirect[] = "direct struct V { double x; signed<4> y; };\n";
+
+struct LayoutCase {
+  const char* schema;  // behind "declare database d;\n"
+  Options options;
+  const char* type;  // a struct, or a class when no struct has the name
+  const char* c;     // describe() of the compact layout
+  const char* u;     // of the normal one; null: the same as c
+};
+
+// clang-format off
+const LayoutCase kLayouts[] = {
+  // storage order by alignment; the vector costs 4 and 6; no tail padding
+  { kExample, Options(), "c",
+    "price:0/8 id:8/4 next:12/2 name:14/2 tags:16/4 code:20/3 flag:23/1 =24 a4",
+    "id:0/4 tags:4/6 name:12/4 price:16/8 next:24/2 code:26/3 flag:29/1 =30 a4" },
+  // declared order, and double aligned to 8 since nosort makes alignment strict
+  { kExample, nosort(), "c",
+    "id:0/4 name:4/2 code:6/3 flag:9/1 price:16/8 tags:24/4 next:28/2 =30 a8",
+    "id:0/4 name:4/4 code:8/3 flag:11/1 price:16/8 tags:24/6 next:30/2 =32 a8" },
+  // equal alignments still move: the heap sort puts the first field last
+  { "class e { unsigned<1> a, b, c, d, e; };", Options(), "e", "b:0/1 c:1/1 d:2/1 e:3/1 a:4/1 =5 a1", nullptr },
+  { "class e { unsigned<1> a, b, c, d, e; };", nosort(), "e", "a:0/1 b:1/1 c:2/1 d:3/1 e:4/1 =5 a1", nullptr },
+  // a boolean array is bits; struct elements are padded one by one (5 -> 8); optional is 2 or 4
+  { "struct s { unsigned<4> a; unsigned<1> b; };\nclass r { boolean bits[9]; s s3[3]; optional s o; };",
+    Options(), "r", "s3:0/24 o:24/2 bits:26/2 =28 a4", "s3:0/24 o:24/4 bits:28/2 =30 a4" },
+  { "struct s { unsigned<4> a; unsigned<1> b; };", Options(), "s", "a:0/4 b:4/1 =5 a4", nullptr },
+  // blob widths follow the database size
+  { "class b { blob bb; unsigned<1> z; };", Options(), "b", "bb:0/8 z:8/1 =9 a4", nullptr },
+  { "class b { blob bb; unsigned<1> z; };", large(), "b", "bb:0/12 z:12/1 =13 a8", nullptr },
+  // the oid comes first, its size rounded up to even; a ref is the packed oid
+  { "declare oid K[100];\nstruct K { unsigned<1> a; unsigned<8> b; unsigned<1> c; unsigned<2> d; char<3> e; };\n"
+    "class p { oid; unsigned<4> x; };\nclass q { ref r; unsigned<1> z; };",
+    Options(), "p", "x:20/4 =24 a4", nullptr },
+  { "declare oid K[100];\nstruct K { unsigned<1> a; unsigned<8> b; unsigned<1> c; unsigned<2> d; char<3> e; };\n"
+    "class p { oid; unsigned<4> x; };\nclass q { ref r; unsigned<1> z; };",
+    Options(), "q", "z:0/1 r:1/19 =20 a1", nullptr },
+  // direct structs: the target's compiler knows their layout
+  { kDirect, Options(), "V",
+    "x:fieldoffs(V_d_aligned_to_1, x)/fieldsz(V_d_aligned_to_1, x) "
+    "y:fieldoffs(V_d_aligned_to_1, y)/fieldsz(V_d_aligned_to_1, y) =structsz(V_d_aligned_to_1) a1", nullptr },
+  { "direct struct V { double x; signed<4> y; };\nclass c { unsigned<4> a; V v; };", Options(), "c",
+    "a:0/4 v:4/structsz(V_d_aligned_to_1) =4+structsz(V_d_aligned_to_1) a4", nullptr },
+  // direct fields sort last and follow each other without alignment
+  { "direct struct V { double x; signed<4> y; };\nclass m { V v1; unsigned<1> z; V v2; };", Options(), "m",
+    "z:0/1 v2:1/structsz(V_d_aligned_to_1) v1:1+structsz(V_d_aligned_to_1)/structsz(V_d_aligned_to_1) "
+    "=1+structsz(V_d_aligned_to_1)+structsz(V_d_aligned_to_1) a1", nullptr },
+  // the first direct field is at "0", even behind an oid
+  { "direct struct V { double x; signed<4> y; };\ndeclare oid K[10];\nstruct K { char<7> k; };\n"
+    "class o { oid; V v; };", Options(), "o",
+    "v:0/structsz(V_d_aligned_to_1) =0+structsz(V_d_aligned_to_1) a1", nullptr },
+  // arrays of what has a text size are products
+  { "direct struct V { double x; signed<4> y; };\nclass t { V vs[2]; };", Options(), "t",
+    "vs:0/(structsz(V_d_aligned_to_1))*2 =0+(structsz(V_d_aligned_to_1))*2 a1", nullptr },
+  { "direct struct V { double x; signed<4> y; };\nstruct W { V v; };\nclass w { W ws[3]; };", Options(), "w",
+    "ws:0/(0+structsz(V_d_aligned_to_1))*3 =(0+structsz(V_d_aligned_to_1))*3 a1", nullptr },
+};
+// clang-format on
+
+TEST(Layout, OrdersOffsetsAndSizes) {
+  for (const LayoutCase& c : kLayouts) {
+    Generated g(std::string("declare database d;\n") + c.schema, c.options);
+    ASSERT_TRUE(g.layout()) << c.schema << ": " << g.msg;
+    Struct* s = g.type(c.type);
+    if (s == nullptr) s = g.cls(c.type);
+    ASSERT_NE(s, nullptr) << c.type;
+    EXPECT_EQ(describe(s->m_layout.c), c.c) << c.schema;
+    EXPECT_EQ(describe(s->m_layout.u), c.u ? c.u : c.c) << c.schema;
+    EXPECT_TRUE(s->m_layout.finished());
+    // every field points at its record in both layouts
+    for (unsigned int i = 0; i < s->v_field.size(); i++) {
+      const Field& f = s->v_field[i];
+      ASSERT_TRUE(f.m_c_layout && f.m_u_layout) << S(f.m_name);
+      EXPECT_EQ(f.m_c_layout->m_ref, &f);
+      EXPECT_EQ(f.m_u_layout->m_ref, &f);
+    }
+  }
+}
+
+TEST(Layout, OidSizeAndCodes) {
+  for (bool strict : {false, true}) {
+    Options o;
+    o.nosort = strict;  // an eight-byte field is still rounded to 4 in an oid
+    Generated g(
+        "declare database d;\ndeclare oid K[100];\n"
+        "struct K { unsigned<1> a; unsigned<8> b; unsigned<1> c; unsigned<2> d; char<3> e; };\n"
+        "class p { oid; unsigned<4> x; };\nclass q { ref r; };",
+        o);
+    ASSERT_TRUE(g.layout()) << g.msg;
+    EXPECT_EQ(g.schema().m_oid_sizeof_uplimit, 19u);
+    EXPECT_EQ(describe(g.type("ref")->m_layout.u), "=19 a1");
+    EXPECT_EQ(g.cls("p")->m_classCode, 1);
+    EXPECT_EQ(g.cls("q")->m_classCode, 2);
+  }
+  Generated seven("declare database d;\ndeclare oid K[10];\nstruct K { char<7> k; };\nclass p { oid; signed<2> x; };");
+  ASSERT_TRUE(seven.layout()) << seven.msg;
+  EXPECT_EQ(describe(seven.cls("p")->m_layout.u), "x:8/2 =10 a2");
+}
+
+// Class codes run from 1 in set order, system classes included.
+TEST(Layout, SystemClassesGetCodes) {
+  Generated g("declare database d;\ndeclare auto_oid[100];\ndistributed class a { signed<4> x; };\nclass b { signed<4> y; };");
+  ASSERT_TRUE(g.layout()) << g.msg;
+  std::string codes;
+  for (ISet::HPos pos(g.schema().s_class.first()); pos.valid(); pos.next()) {
+    const Class* c = static_cast<Class*>(pos.get().get());
+    codes += S(c->m_name) + "=" + std::to_string(c->m_classCode) + " ";
+  }
+  EXPECT_EQ(codes, "a=1 b=2 @sys_distribs_inmem=3 ");
+}
+
+std::string owners(const Struct* s) {
+  std::string r;
+  for (unsigned int i = 0; i < s->m_owners.size(); i++) r += (i ? " " : "") + S(s->m_owners[i]->m_name);
+  return r;
+}
+
+// A struct is laid out once; every class that contains it, directly or
+// deeper down, becomes its owner, in class order.
+TEST(Layout, Owners) {
+  Generated g(
+      "declare database d;\nstruct In { signed<4> x; };\nstruct Mid { In i; };\nstruct Unused { signed<4> y; };\n"
+      "class A { Mid m; };\nclass B { In i; Mid m; };");
+  ASSERT_TRUE(g.layout()) << g.msg;
+  EXPECT_EQ(owners(g.type("In")), "A B");
+  EXPECT_EQ(owners(g.type("Mid")), "A B");
+  EXPECT_EQ(owners(g.type("Unused")), "");
+  EXPECT_EQ(owners(g.cls("A")), "A");
+}
+
+// Nesting costs no machine stack: a chain declared top down is laid out
+// 10,000 deep, and a second class spreads its ownership down the chain.
+TEST(Layout, DeepChains) {
+  const int n = 10000;
+  for (bool topDown : {true, false}) {
+    std::string text = "declare database d;\n";
+    for (int i = 0; i < n; i++) {
+      const int k = topDown ? i : n - 1 - i;
+      text += "struct s" + std::to_string(k) + " { " +
+              (k == n - 1 ? std::string("signed<4> v;") : "s" + std::to_string(k + 1) + " n;") + " };\n";
+    }
+    text += "class A { s0 h; };\nclass B { s0 h; };\n";
+    Generated g(text);
+    ASSERT_TRUE(g.layout()) << g.msg;
+    EXPECT_EQ(owners(g.type("s9999")), "A B");
+    EXPECT_EQ(describe(g.cls("B")->m_layout.c), "h:0/4 =4 a4");
+  }
+}
+
+// Text forms of the small helpers.
+TEST(Layout, AlignAndArrayTexts) {
+  Generated g("declare database d;");
+  ASSERT_TRUE(g.ok) << g.msg;
+  FSize pos(12);
+  pos += FSize(mstring("X"));
+  EXPECT_EQ(S(g.gen.alignInt(pos, FSize(4))), "alignsz(12+X,4)");
+  EXPECT_EQ(S(g.gen.alignInt(FSize(13), FSize(8))), "16");
+  EXPECT_EQ(S(g.gen.alignInt(FSize(13), FSize(3))), "13");  // only 2, 4 and 8 round
+  EXPECT_EQ(S(g.gen.alignInt(FSize(13), FSize(mstring("1")))), "13");
+  EXPECT_EQ(S(g.gen.alignInt(FSize(0), FSize(8))), "0");
+  FSize elem(mstring("A+B"));
+  EXPECT_EQ(S(g.gen.getArraySize(elem, 3)), "(A+B)*3");
+}
+
+struct ErrorCase {
+  const char* schema;  // behind "declare database d;\n"
+  const char* message;
+};
+
+// clang-format off
+const ErrorCase kErrors[] = {
+  { "compact class k { char<65536> a; };",                         "Class k is too large to be compact" },
+  { "declare oid K[10];\nstruct In { signed<4> x; };\nstruct K { In i; };\nclass p { oid; };",
+                                                                   "Nested structure in oid" },
+  { "direct struct V { signed<4> x; };\ndeclare oid K[10];\nstruct K { V v; };\nclass p { oid; };",
+                                                                   "Variable-length field in oid" },
+  { "struct S { char<2000000000> a; char<2000000000> b; };",       "Struct S is too large" },
+  { "struct S { char<40000> a[65535]; };",                         "Struct S is too large" },
+  { "class c { char<2000000000> a; char<2000000000> b; };",        "Struct c is too large" },
+};
+// clang-format on
+
+TEST(Layout, Errors) {
+  for (const ErrorCase& c : kErrors) {
+    Generated g(std::string("declare database d;\n") + c.schema);
+    ASSERT_TRUE(g.ok) << c.schema << ": " << g.msg;
+    EXPECT_FALSE(g.layout()) << c.schema;
+    EXPECT_EQ(g.msg, c.message) << c.schema;
+  }
+  Generated fits("declare database d;\ncompact class k { char<65535> a; };");
+  EXPECT_TRUE(fits.layout()) << fits.msg;
+}
+
+// The analyzer refuses cycles; the engine's own guard catches a hand-built one.
+TEST(Layout, RecursionGuard) {
+  Generated g("declare database d;\nstruct S { signed<4> x; T t; };\nstruct T { signed<4> y; };");
+  ASSERT_TRUE(g.ok) << g.msg;
+  g.type("T")->v_field[0].m_pstruct = g.type("S");
+  EXPECT_FALSE(g.layout());
+  EXPECT_EQ(g.msg, "recursive definition of \"S\"");
+}
+
+// A ref field before the oid size is known is an internal stop.
+TEST(Layout, OidSizeUnknownStops) {
+  ProcResult r = procutil::runChild([] {
+    Generated g("declare database d;\ndeclare oid K[10];\nstruct K { char<7> k; };\nclass q { ref r; };");
+    g.schema().m_useObjid = false;
+    g.layout();
+  });
+  EXPECT_EQ(r.status, 255);
+  EXPECT_EQ(r.err, "internal error: oid size unknown\n");
+}
+
+// ---------------------------------------------------------------- dump
+
+TEST(Dump, ClassElement) {
+  Generated g("declare database d;\nclass c { char<10> name; signed<4> n; unique tree<name> by_name; };");
+  ASSERT_TRUE(g.layout()) << g.msg;
+  HIOutStream os(IOutStream::createStrStream(""));
+  g.cls("c")->dump(*os.get(), 2);
+  EXPECT_EQ(Generated::text(os.get()),
+            "  <class name=\"c\" code=\"1\" id=\"false\" compact=\"false\" has_blobs=\"false\" "
+            "has_sequences=\"false\" list=\"false\" >\n"
+            "    <index name=\"by_name\" unique=\"true\" thick=\"false\" type=\"Tree\" code=\"0\" "
+            "voluntary=\"false\" vbased=\"false\" ecount=\"0\" >\n"
+            "      <indfield vbased=\"false\" >\n"
+            "        <fel name=\"name\" >\n"
+            "          <field t=\"char{10}\" name=\"name\" vect=\"false\" opt=\"false\" />\n"
+            "        </fel> \n"
+            "      </indfield> \n"
+            "    </index> \n"
+            "    <struct category=\"0\" name=\"c\" dynamic=\"false\" has_blobs=\"false\" has_sequences=\"false\" "
+            "c_type=\"\" >\n"
+            "      <field t=\"char{10}\" name=\"name\" vect=\"false\" opt=\"false\" />\n"
+            "      <field t=\"signed{4}\" name=\"n\" vect=\"false\" opt=\"false\" />\n"
+            "      <layout2 >\n"
+            "        <compact >\n"
+            "          <layout sz=\"14\" a=\"4\" >\n"
+            "            <fld name=\"n\" sz=\"4\" a=\"4\" offs=\"0\" />\n"
+            "            <fld name=\"name\" sz=\"10\" a=\"1\" offs=\"4\" />\n"
+            "          </layout>\n"
+            "        </compact>\n"
+            "        <large >\n"
+            "          <layout sz=\"14\" a=\"4\" >\n"
+            "            <fld name=\"n\" sz=\"4\" a=\"4\" offs=\"0\" />\n"
+            "            <fld name=\"name\" sz=\"10\" a=\"1\" offs=\"4\" />\n"
+            "          </layout>\n"
+            "        </large>\n"
+            "      </layout2>\n"
+            "    </struct>\n"
+            "  </class>\n");
+}
+
+// A base type has no fields: its layouts close at once.
+TEST(Dump, EmptyLayoutsAndNoClasses) {
+  Generated g("declare database d;", [] {
+    Options o;
+    o.dumpxml = true;
+    return o;
+  }());
+  ASSERT_TRUE(g.layout()) << g.msg;
+  const std::string xml = Generated::text(g.gen.m_x);
+  EXPECT_EQ(xml.substr(0, 41), "<schema dbName=\"d\" idType=\"\" >\n\n  <struct");
+  EXPECT_NE(xml.find("  <struct category=\"1\" name=\"signed{4}\" dynamic=\"false\" has_blobs=\"false\" "
+                     "has_sequences=\"false\" c_type=\"int4\" >\n"
+                     "    <layout2 >\n"
+                     "      <compact >\n"
+                     "        <layout sz=\"4\" a=\"4\"  />\n"
+                     "      </compact>\n"
+                     "      <large >\n"
+                     "        <layout sz=\"4\" a=\"4\"  />\n"
+                     "      </large>\n"
+                     "    </layout2>\n"
+                     "  </struct>\n\n"),
+            std::string::npos);
+  EXPECT_EQ(xml.substr(xml.size() - 24), "  </struct>\n\n</schema> \n");
+}
+
+TEST(Dump, IndexTypeNames) {
+  // clang-format off
+  const struct { IndexType type; const char* name; } cases[] = {
+    { IT_Tree, "Tree" }, { IT_Hash, "Hash" }, { IT_KDTree, "KD-Tree" }, { IT_List, "L2-List" },
+    { IT_RTree, "unknown" }, { IT_PTree, "unknown" }, { IT_Trigram, "unknown" },
+  };
+  // clang-format on
+  for (const auto& c : cases) {
+    Index idx;
+    idx.m_name = "i";
+    idx.m_IndexType = c.type;
+    HIOutStream os(IOutStream::createStrStream(""));
+    idx.dump(*os.get(), 0);
+    EXPECT_EQ(Generated::text(os.get()), std::string("<index name=\"i\" unique=\"true\" thick=\"false\" type=\"") +
+                                             c.name +
+                                             "\" code=\"-1\" voluntary=\"false\" vbased=\"false\" ecount=\"0\" "
+                                             ">\n</index> \n");
+  }
+}
+
+}  // namespace
