@@ -1,0 +1,51 @@
+/* Declarations of the database runtime that generated schema files rely on. */
+#ifndef ZKT_H
+#define ZKT_H
+
+#include <stddef.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The runtime's own zkt_memcpy is declared by the schema header. */
+#ifndef ZKT_CFG_BUILTIN_MEMCPY
+#define ZKT_CFG_BUILTIN_MEMCPY 0
+#endif
+
+typedef size_t zkt_size_t;
+
+typedef unsigned char uint1;
+typedef unsigned short uint2;
+typedef unsigned int uint4;
+typedef unsigned long long uint8;
+typedef signed char int1;
+typedef short int2;
+typedef int int4;
+typedef long long zkt_int8;
+typedef uint8 autoid_t;
+typedef uint4 zkt_date;
+typedef uint4 zkt_time;
+typedef uint8 zkt_datetime;
+
+typedef struct zkt_dictionary_t_* zkt_dictionary_h;
+typedef struct zkt_calculator_t_* zkt_calculator_h;
+
+/* An object handle; its contents belong to the runtime. */
+typedef struct ZKT_Hf_ {
+  void* opaque_[4];
+} ZKT_Hf;
+
+void zkt_assign_handle(ZKT_Hf* dest, const ZKT_Hf* src);
+
+/* Layout arithmetic of the generated offsets and sizes. */
+#define alignsz(sz, a) ((((sz) + (a) - 1) / (a)) * (a))
+#define fieldoffs(type, field) offsetof(type, field)
+#define fieldsz(type, field) sizeof(((type*)0)->field)
+#define structsz(type) sizeof(type)
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZKT_H */

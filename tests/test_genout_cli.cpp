@@ -1,0 +1,211 @@
+// Generator frame through the zktcomp binary: which files a compile writes,
+// where, what it does with existing user files, and how layout errors end.
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "proc_util.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const std::string kCompiler = ZKT_COMPILER_PATH;
+const char kFailed[] = "Error executing DDL compiler";
+
+// A fresh directory, removed with everything in it at the end of the test.
+struct TempDir {
+  std::string path = procutil::makeTempDir();
+  TempDir() = default;
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  ~TempDir() { std::filesystem::remove_all(path); }
+};
+
+// Writes text to x.sch in dir and compiles it there, opts coming before the schema.
+ProcResult compileIn(const std::string& dir, const std::string& text, const Names& opts) {
+  procutil::writeFile(dir + "/x.sch", text);
+  Names argv{kCompiler};
+  argv.insert(argv.end(), opts.begin(), opts.end());
+  argv.push_back("x.sch");
+  return procutil::runProgram(argv, dir);
+}
+
+Names listDir(const std::string& dir) {
+  Names r;
+  if (DIR* d = opendir(dir.c_str())) {
+    while (dirent* e = readdir(d)) {
+      std::string n = e->d_name;
+      if (n != "." && n != "..") r.push_back(n);
+    }
+    closedir(d);
+  }
+  std::sort(r.begin(), r.end());
+  return r;
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+bool startsWith(const std::string& s, const std::string& prefix) { return s.compare(0, prefix.size(), prefix) == 0; }
+
+const char kPlain[] = "declare database d;\nclass c { signed<4> a; tree<a> ia; };\n";
+// One class with a user-defined index, another whose index uses a collation.
+const char kUserCode[] =
+    "declare database d;\n"
+    "class u { signed<4> a; userdef tree<a> ua; };\n"
+    "class k { char<8> b; tree<b collate latin> kb; };\n";
+
+struct FilesCase {
+  const char* schema;
+  Names opts;
+  Names files;
+};
+
+TEST(GenOutputCli, WritesExactlyTheFilesOfTheOptions) {
+  const FilesCase cases[] = {
+      {kPlain, {}, {"d.c", "d.h"}},
+      {kPlain, {"-debug"}, {"d.c", "d.h"}},
+      {kPlain, {"-hpp"}, {"d.c", "d.h", "d.hpp"}},
+      {kPlain, {"-cs"}, {"d.c", "d.cs", "d.h"}},
+      {kPlain, {"-dumpxml"}, {"d.c", "d.h", "d.xml"}},
+      {kPlain, {"-hpp", "-cs", "-dumpxml"}, {"d.c", "d.cs", "d.h", "d.hpp", "d.xml"}},
+      {kUserCode, {}, {"d.c", "d.h", "d_coll.c", "d_udf.c"}},
+      // A suppressed class makes no user-code file of its own.
+      {kUserCode, {"-suppress-api", "u"}, {"d.c", "d.h", "d_coll.c"}},
+      {kUserCode, {"-suppress-api", "k"}, {"d.c", "d.h", "d_udf.c"}},
+      {kUserCode, {"-suppress-api", ""}, {"d.c", "d.h"}},
+  };
+  for (const FilesCase& c : cases) {
+    for (const char* outOpt : {"out", "out/"}) {
+      TempDir dir;
+      ASSERT_EQ(mkdir((dir.path + "/out").c_str(), 0755), 0);
+      Names opts{"-o", outOpt};
+      opts.insert(opts.end(), c.opts.begin(), c.opts.end());
+      ProcResult r = compileIn(dir.path, c.schema, opts);
+      std::string what = ::testing::PrintToString(opts);
+      EXPECT_EQ(r.status, 0) << what << "\n" << r.err;
+      EXPECT_EQ(r.err, "") << what;
+      EXPECT_TRUE(startsWith(r.out, "Compiled successfully: ")) << what;
+      EXPECT_EQ(listDir(dir.path + "/out"), c.files) << what;
+      EXPECT_EQ(listDir(dir.path), (Names{"out", "x.sch"})) << what;
+    }
+  }
+}
+
+TEST(GenOutputCli, MissingOutputDirectoryStopsAtTheFirstFile) {
+  for (const char* outOpt : {"missing", "missing/"}) {
+    TempDir dir;
+    ProcResult r = compileIn(dir.path, kPlain, {"-o", outOpt, "-hpp"});
+    EXPECT_EQ(r.status, 255) << outOpt;
+    EXPECT_EQ(r.err, "error: Cannot open file missing/d.h\n") << outOpt;
+    EXPECT_EQ(r.out.find(kFailed), std::string::npos) << outOpt << ": " << r.out;
+    EXPECT_EQ(listDir(dir.path), (Names{"x.sch"})) << outOpt;
+  }
+}
+
+// Existing user-code files are kept; the generated skeletons go beside them.
+TEST(GenOutputCli, ExistingUserCodeFilesAreKept) {
+  TempDir dir;
+  const std::string out = dir.path + "/out";
+  ASSERT_EQ(mkdir(out.c_str(), 0755), 0);
+  const std::string udf = "/* hand-written user index */\nint x;\n";
+  const std::string coll = "/* hand-written collation */\nint y;\n";
+  procutil::writeFile(out + "/d_udf.c", udf);
+  procutil::writeFile(out + "/d_coll.c", coll);
+  ProcResult r = compileIn(dir.path, kUserCode, {"-o", "out"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.err,
+            "warning: file d_udf.c exists, generate d_udf.c.new\n"
+            "warning: file d_coll.c exists, generate d_coll.c.new\n");
+  EXPECT_EQ(readFile(out + "/d_udf.c"), udf);
+  EXPECT_EQ(readFile(out + "/d_coll.c"), coll);
+  EXPECT_EQ(listDir(out), (Names{"d.c", "d.h", "d_coll.c", "d_coll.c.new", "d_udf.c", "d_udf.c.new"}));
+  for (const char* f : {"/d_udf.c.new", "/d_coll.c.new"})
+    EXPECT_NE(readFile(out + f).find("\n#include \"d.h\"\n#include \"zktwrap.h\"\n\n"), std::string::npos) << f;
+}
+
+struct LayoutErrorCase {
+  const char* schema;
+  const char* message;
+};
+
+// An error during layout closes and removes the outputs of the database;
+// the C# file is not among them.
+TEST(GenOutputCli, LayoutErrorsRemoveTheOutputsButTheCsFile) {
+  const LayoutErrorCase cases[] = {
+      {"declare database d;\ncompact class big { char<65536> a; };\n", "Class big is too large to be compact"},
+      {"declare database d;\ndeclare oid K[10];\nstruct In { signed<4> x; };\nstruct K { In i; };\n"
+       "class c { oid; signed<4> a; };\n",
+       "Nested structure in oid"},
+      {"declare database d;\ndeclare oid K[10];\ndirect struct D { signed<4> x; };\nstruct K { D d; };\n"
+       "class c { oid; signed<4> a; };\n",
+       "Variable-length field in oid"},
+      // Sizes beyond the range of int: a sum of fields, an array product.
+      {"declare database d;\nstruct S { char<2000000000> a; char<2000000000> b; };\nclass c { signed<4> a; };\n",
+       "Struct S is too large"},
+      {"declare database d;\nstruct E { signed<4> x; char<40000> y; };\nclass c { E a[65535]; };\n",
+       "Struct c is too large"},
+  };
+  for (const LayoutErrorCase& c : cases) {
+    TempDir dir;
+    const std::string out = dir.path + "/out";
+    ASSERT_EQ(mkdir(out.c_str(), 0755), 0);
+    // Files of an earlier compile of another database stay too.
+    procutil::writeFile(out + "/e.h", "other\n");
+    ProcResult r = compileIn(dir.path, c.schema, {"-o", "out", "-hpp", "-cs", "-dumpxml"});
+    EXPECT_EQ(r.status, 255) << c.message;
+    EXPECT_EQ(r.err, std::string("File x.sch; error: ") + c.message + "\n\n");
+    EXPECT_EQ(r.out, std::string(kFailed) + "\n") << c.message;
+    EXPECT_EQ(listDir(out), (Names{"d.cs", "e.h"})) << c.message;
+  }
+}
+
+// Runs the compiler with a small stack, so that nesting laid out by
+// recursion would overflow it.
+ProcResult compileWithSmallStack(const Names& argv) {
+  return procutil::runChild([&] {
+    struct rlimit lim;
+    getrlimit(RLIMIT_STACK, &lim);
+    lim.rlim_cur = 512 * 1024;
+    setrlimit(RLIMIT_STACK, &lim);
+    std::vector<char*> args;
+    for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+    execv(args[0], args.data());
+    _exit(127);
+  });
+}
+
+// Structs are declared outermost first, so laying out the first one
+// reaches all the others, and the class then passes itself down as owner.
+TEST(GenOutputCli, DeepChainOfNestedStructsCompiles) {
+  const int depth = 10000;
+  std::string text = "declare database d;\n";
+  for (int i = 0; i + 1 < depth; i++)
+    text += "struct s" + std::to_string(i) + " { s" + std::to_string(i + 1) + " n; };\n";
+  text += "struct s" + std::to_string(depth - 1) + " { signed<4> v; };\nclass c { s0 top; };\n";
+  TempDir dir;
+  procutil::writeFile(dir.path + "/x.sch", text);
+  ProcResult r = compileWithSmallStack({kCompiler, "-o", dir.path, "-dumpxml", dir.path + "/x.sch"});
+  EXPECT_EQ(r.status, 0) << r.err.substr(0, 500);
+  EXPECT_TRUE(startsWith(r.out, "Compiled successfully: ")) << r.out;
+  // The size of the innermost field reaches the class through every level.
+  std::string xml = readFile(dir.path + "/d.xml");
+  EXPECT_NE(xml.find("<fld name=\"top\" sz=\"4\" a=\"4\" offs=\"0\" />"), std::string::npos);
+}
+
+}  // namespace
