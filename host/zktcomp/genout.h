@@ -104,12 +104,29 @@ public:
   void ending();
   void dump(IOutStream& os);
 
-  // ---- generator steps that later parts of the generator fill
+  // ---- schema-level output: enums, handles and codes, direct structs,
+  // fixed parts, object ids, then the sections of every class and struct
+  void output();
+  // A C struct with the fields of direct struct s in compact-layout order,
+  // named {struct}_d{suffix}.
+  void direct_struct_output(Struct& s, const mstring& suffix);
+  void outputObjid();
+  // {code}: a class code as generated calls write it.
+  mstring classCode(const Class& cls) const;
+
+  // ---- steps that later parts of the generator fill
   void outputCalculator() {}
   void outputDictionary() {}
-  void output() {}
   void outputUserdef() {}
   void outputCollation() {}
+  void outputClassFunctions(Class&) {}  // the class-level functions of a visible class
+  void output(Class&) {}
+  void outputEvents(Class&) {}
+  void outputXmlRW(Class&) {}
+  void outputJsonW(Class&) {}
+  void output(Struct&, Class*) {}
+  void genFixedStruct(Struct&) {}
+  void outputFixed(Struct&) {}
 
   // ---- layout
   void layout();
@@ -118,6 +135,12 @@ public:
   FSize alignInt(FSize sz, int& a);
 
 protected:
+  // Opens the Java file name with its package and import lines.
+  IOutStream* createJavaFile(const mstring& name);
+  // The section of class cls in output().
+  void outputClassSection(Class& cls);
+  // The section of an owned struct s in output().
+  void outputStructSection(Struct& s);
   // The three routing streams over m_h and m_c, by m_debug.
   void createRouting();
   // Creates the file name in m_dir and records its path.

@@ -27,6 +27,10 @@ typedef uint8 autoid_t;
 typedef uint4 zkt_date;
 typedef uint4 zkt_time;
 typedef uint8 zkt_datetime;
+typedef unsigned short nchar_t;
+
+typedef int ZKT_RET;
+typedef struct zkt_trans_t_* zkt_trans_h;
 
 typedef struct zkt_dictionary_t_* zkt_dictionary_h;
 typedef struct zkt_calculator_t_* zkt_calculator_h;
@@ -37,6 +41,10 @@ typedef struct ZKT_Hf_ {
 } ZKT_Hf;
 
 void zkt_assign_handle(ZKT_Hf* dest, const ZKT_Hf* src);
+
+/* Objects by their oid. */
+ZKT_RET zkt_w_obj_del_byoid(zkt_trans_h t, const void* oid);
+ZKT_RET zkt_w_classcode_byoid(zkt_trans_h t, const void* oid, uint2* class_code);
 
 /* Layout arithmetic of the generated offsets and sizes. */
 #define alignsz(sz, a) ((((sz) + (a) - 1) / (a)) * (a))

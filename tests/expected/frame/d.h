@@ -44,6 +44,20 @@ namespace d
 {
 #endif
 
+#ifndef ZKT_TARGET_INLINE 
+#define ZKT_TARGET_INLINE  __inline
+#endif
+
+
+/*---------------------------------------------------------------------*/
+/* Handles and Class Codes                                             */
+
+
+
+/*---------------------------------------------------------------------*/
+/* Structures for fixed part of the structure                          */
+
+
 
 #ifdef __cplusplus
 #ifdef ZKT_CPP_INTERFACE

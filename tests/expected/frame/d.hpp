@@ -27,6 +27,12 @@ class ZktBase_
 
 
 
+
+
+
+
+
+
 } // namespace d
 
 #endif

@@ -14,7 +14,6 @@ extern "C" {
 
 #include "zkt.h"
 #include "zktuda.h"
-#include "zktseq.h"
 #ifndef ZKT_DLL_SPEC
 #define ZKT_DLL_SPEC __declspec(dllimport)
 #endif
@@ -46,6 +45,16 @@ zkt_calculator_h d_get_calculator(void);
 namespace d
 {
 #endif
+
+
+/*---------------------------------------------------------------------*/
+/* Handles and Class Codes                                             */
+
+
+
+/*---------------------------------------------------------------------*/
+/* Structures for fixed part of the structure                          */
+
 
 
 #ifdef __cplusplus
