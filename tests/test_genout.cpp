@@ -97,17 +97,18 @@ TEST(GenFrame, OneFunctionRoutedInBothModes) {
     Generated g(kEmpty, opts(debug, false, false, false));
     ASSERT_TRUE(g.ok) << g.msg;
     GenOutput& o = g.gen;
-    *o.m_def2 << o.inline_on_release() << "int d_f(void)";
-    *o.m_prot << ";";
-    *o.m_def2 << "\n";
-    *o.m_body << "{\n  return 0;\n}\n";
+    o.m_fmtRet = 8;
+    o.cFunction("d_f", 5, "(void)", "{\n  return 0;\n}\n");
+    o.cppMethod("X", "  ZKT_RET f();\n", "f()\n{ return d::d_f(); }\n");
     if (debug) {
-      EXPECT_EQ(Generated::text(o.m_h), "int d_f(void);\n");
-      EXPECT_EQ(Generated::text(o.m_c), "int d_f(void)\n{\n  return 0;\n}\n");
+      EXPECT_EQ(Generated::text(o.m_h), "ZKT_RET  d_f  (void);\n");
+      EXPECT_EQ(Generated::text(o.m_c), "ZKT_RET  d_f  (void)\n{\n  return 0;\n}\n");
     } else {
-      EXPECT_EQ(Generated::text(o.m_h), "ZKT_TARGET_INLINE int d_f(void)\n{\n  return 0;\n}\n");
+      EXPECT_EQ(Generated::text(o.m_h), "ZKT_TARGET_INLINE ZKT_RET  d_f  (void)\n{\n  return 0;\n}\n");
       EXPECT_EQ(Generated::text(o.m_c), "");
     }
+    EXPECT_EQ(Generated::text(o.m_hpp), "  ZKT_RET f();\n");
+    EXPECT_EQ(Generated::text(o.m_hpp_tail), "inline  ZKT_RET X::f()\n{ return d::d_f(); }\n");
   }
 }
 

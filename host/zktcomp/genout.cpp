@@ -177,6 +177,18 @@ void GenOutput::head2(IOutStream* os, const mstring& title) {
   *os << kHead2Rule << UT::adjust("/* " + title, 70) << " */\n" << "\n";
 }
 
+void GenOutput::cFunction(const mstring& name, int width, const mstring& params, const mstring& body) {
+  *m_def2 << inline_on_release() << UT::adjust("ZKT_RET", m_fmtRet) << " " << MF(name, width) << params;
+  *m_prot << ";";
+  *m_def2 << "\n";
+  *m_body << body;
+}
+
+void GenOutput::cppMethod(const mstring& hpp, const mstring& decl, const mstring& def) {
+  *m_hpp << decl;
+  *m_hpp_tail << "inline" << "  ZKT_RET " << hpp << "::" << def;
+}
+
 void GenOutput::outConstant(IOutStream* os, const mstring& name, int value) {
   *os << "#define " << name << " " << value << "\n";
 }

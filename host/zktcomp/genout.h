@@ -97,6 +97,13 @@ public:
   const char* inline_on_release() const { return m_debug ? "" : inline_macro(); }
   mstring MF(const mstring& name, int width);
   void head2(IOutStream* os, const mstring& title);
+  // One generated C function in the routing pattern: inline_on_release(),
+  // "ZKT_RET" padded to m_fmtRet, a blank, MF(name, width) and params on
+  // m_def2; ";" on m_prot; a line end on m_def2; body on m_body.
+  void cFunction(const mstring& name, int width, const mstring& params, const mstring& body);
+  // One C++ method of class hpp: decl on m_hpp; "inline  ZKT_RET {hpp}::"
+  // and def on m_hpp_tail.
+  void cppMethod(const mstring& hpp, const mstring& decl, const mstring& def);
   void outConstant(IOutStream* os, const mstring& name, int value);
   mstring nameWithPrefix(const mstring& name);
   void calculateFormating();
