@@ -128,6 +128,8 @@ public:
   void outputCollation() {}
   void outputClassFunctions(Class&) {}  // the class-level functions of a visible class
   void output(Class&) {}
+  // The index API of one index that is neither list, hidden nor history.
+  void outputIndex(Class&, Index&) {}
   void outputEvents(Class&) {}
   void outputXmlRW(Class&) {}
   void outputJsonW(Class&) {}

@@ -30,7 +30,12 @@ typedef uint8 zkt_datetime;
 typedef unsigned short nchar_t;
 
 typedef int ZKT_RET;
+#define ZKT_S_OK 0
+#define ZKT_S_NULL_VALUE 1
 typedef struct zkt_trans_t_* zkt_trans_h;
+typedef struct zkt_cursor_t_* zkt_cursor_h;
+typedef struct ZKT_Hf_* zkt_objhandle_h;
+typedef uint4 zkt_size32_t;
 
 typedef struct zkt_dictionary_t_* zkt_dictionary_h;
 typedef struct zkt_calculator_t_* zkt_calculator_h;
