@@ -1,7 +1,10 @@
 // In-memory dictionary: records, layouts, initialisers and allocations as zkt_db_load_dictionary builds them.
 #include <gtest/gtest.h>
 
+#include "analyzer_util.h"
 #include "dict_util.h"
+#include "gendict.h"
+#include "proc_util.h"
 
 namespace {
 
@@ -274,6 +277,114 @@ TEST(MemoryDict, BuilderErrors) {
     EXPECT_EQ(l.msgs[0].type, ZKTCOMP_ERROR);
     EXPECT_EQ(l.msgs[0].file, "<memory buffer>");
     EXPECT_EQ(l.dsize, 7777u);  // untouched
+  }
+}
+
+// The builder on an analysed model that a test may change first (no
+// statement sets m_history, for one).
+zkt_dictionary_t_* generateFrom(antest::Analysis& a, bool nosort = false) {
+  fakert::reset();
+  MemoryGenDict gen(a.schema(), false, nosort, false, false, false, false, false, &a.rep, "", "", "", false, false,
+                    false, false, false, 4, false, false, false);
+  gen.init();
+  return gen.generate();
+}
+
+TEST(MemoryDict, HistoryOnAHandBuiltModel) {
+  const char* schema = "declare database hi;\nclass c { signed<4> a; tree<a> t; };";
+  // clang-format off
+  const struct { bool index, field; const char* panic; } rows[] = {
+    { false, true,  "internal error: history index not found\n" },
+    { true,  false, "internal error: history field not found\n" },
+  };
+  // clang-format on
+  for (const auto& r : rows) {
+    ProcResult p = procutil::runChild([&] {
+      antest::Analysis a(schema);
+      if (r.field) a.cls("c")->addSysField("version@", "$version", true, nullptr);
+      a.an.doChecks();
+      a.cls("c")->m_history = true;
+      a.cls("c")->v_index[0].m_isHistoryIndex = r.index;
+      generateFrom(a);
+    });
+    EXPECT_EQ(p.err, r.panic);
+  }
+  antest::Analysis a(schema);
+  a.cls("c")->addSysField("version@", "$version", true, nullptr);
+  a.an.doChecks();
+  Class& c = *a.cls("c");
+  c.m_history = true;
+  c.m_historyLength = 3;
+  c.v_index[0].m_isHistoryIndex = true;
+  zkt_dictionary_t_* d = generateFrom(a);
+  EXPECT_EQ(d->n_history_indexes, 1);
+  const zkt_dict_class_info_t& ci = d->v_class_info[1];
+  EXPECT_EQ(ci.history_index_num, 0);
+  EXPECT_EQ(ci.history_length, 3);
+  EXPECT_EQ(d->v_desc_indexes[0].flags & (1024u | 2048u | 4096u | 8192u), 8192u);
+  const zkt_dict_field_t* v = Lib::field(&d->v_all_struct[c.m_globalNum], "version@");
+  EXPECT_EQ(ci.history_offset, v->layout.u_offset);
+  EXPECT_EQ(v->field_el_type, 15);
+  EXPECT_EQ(v->field_size, 2u);  // a two-byte element in four bytes of layout
+  EXPECT_EQ(v->layout.u_size, 4u);
+}
+
+TEST(MemoryDict, OidAndAutoOid) {
+  Lib l("declare database o;\nstruct key { unsigned<4> region; unsigned<8> serial; };\ndeclare oid key[5000];\n"
+        "declare auto_oid[7];\nclass p { oid; string n; };");
+  ASSERT_COMPILED(l);
+  // The packed oid: 4, rounded to 4, then 8.
+  EXPECT_EQ(l.d->oid_is_supported, 1);
+  EXPECT_EQ(l.d->exact_OID_sizeof, 12);
+  EXPECT_EQ(l.d->layout_OID_size, 12);
+  EXPECT_EQ(l.d->num_oid_estimation, 5000u);
+  EXPECT_EQ(l.d->auto_oid_supported, 1);
+  EXPECT_EQ(l.d->num_HA_estimation, 7u);
+  const zkt_dict_field_t* ao = Lib::field(l.strct("p"), "auto_oid@");
+  ASSERT_NE(ao, nullptr);
+  EXPECT_EQ(ao->field_el_type, 18);
+  EXPECT_EQ(l.cls("p")->auto_oid_offset, ao->layout.u_offset);
+  EXPECT_GE(ao->layout.u_offset, 12u);  // behind the oid
+}
+
+// Numbers over two bytes keep their low 16 bits in the compact fields; a
+// size over 2147483647 is refused.
+TEST(MemoryDict, LargeNumbers) {
+  Lib big("declare database b;\nclass c { char<70000> a; unsigned<1> z; };");
+  ASSERT_COMPILED(big);
+  EXPECT_EQ(big.strct("c")->c_size, 70001 & 0xffff);
+  EXPECT_EQ(big.strct("c")->u_size, 70001u);
+  const char* tooLarge[] = {
+      "declare database b;\ndirect struct v { char<100000> a; };\nclass c { v a[30000]; };",
+      "declare database b;\nstruct v { char<100000> a; };\nclass c { v a[30000]; };",
+  };
+  for (const char* schema : tooLarge) {
+    Lib l(schema);
+    EXPECT_EQ(l.rc, 1005) << schema;
+    ASSERT_EQ(l.msgs.size(), 1u) << schema;
+    EXPECT_EQ(l.msgs[0].text, "Struct c is too large") << schema;
+  }
+}
+
+TEST(MemoryDict, SequenceOrderNames) {
+  antest::Analysis a("class c { signed<4> a; };");
+  MemoryClassDictCreator creator(a.schema(), &a.rep);
+  Field f;
+  f.m_name = "q";
+  const struct {
+    const char* name;
+    int order;
+  } rows[] = {{"", 0}, {"ZKT_SEQ_NO_ORDER", 0}, {"ZKT_SEQ_ASC_ORDER", 1}, {"ZKT_SEQ_DESC_ORDER", 2}};
+  for (const auto& r : rows) {
+    f.m_seqOrder = r.name;
+    EXPECT_EQ(creator.GetSeqOrder(&f), r.order) << r.name;
+  }
+  f.m_seqOrder = "up";
+  try {
+    creator.GetSeqOrder(&f);
+    FAIL();
+  } catch (const CompilerError& e) {
+    EXPECT_EQ(std::string(e.m_msg.c_str()), "Field q invalid sequence order up");
   }
 }
 
