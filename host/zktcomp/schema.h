@@ -206,6 +206,8 @@ public:
     bool m_case_insensitive = false;
     int m_collationNum = -1;  // the collation's order
     FldEl& last() { return (*this)[size() - 1]; }
+    // Element type information of the key: the last field's dict_info(false).
+    Field::DictInfo dict_info() const { return (*this)[size() - 1].m_pFld->dict_info(false); }
     void dump(IOutStream& os, int ind) const;
   };
   struct FieldLayout {
@@ -235,6 +237,10 @@ public:
   bool m_isBitBased = false;
   bool m_hidden = false;
 
+  // Offsets of seg's key in cls's layout, summed before (vect_field_offset)
+  // and after (field_offset) the one vector or array on the path; without
+  // one, vect_field_offset is -1. A second one is the panic "10004".
+  FieldLayout getFieldLayout(const Segment& seg, const Class* cls) const;
   void dump(IOutStream& os, int ind) const;
 };
 
