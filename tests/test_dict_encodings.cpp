@@ -171,7 +171,7 @@ TEST(DictEncodings, VectorOffsetPanics) {
   mvector<Index::FieldLayout> segs(2);
   segs[0].vect_field_offset = 4;
   segs[1].vect_field_offset = -1;
-  EXPECT_EQ(DictEnc::indexVectFieldOffset(idx, segs), 4);
+  EXPECT_EQ((int)DictEnc::indexVectFieldOffset(idx, segs), 4);
   segs[1].vect_field_offset = 0;
   ProcResult p = procutil::runChild([&] { DictEnc::indexVectFieldOffset(idx, segs); });
   EXPECT_EQ(p.err,

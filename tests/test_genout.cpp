@@ -48,7 +48,6 @@ TEST(GenFrame, HeadsAndTailsAreTheExpectedFiles) {
     { kEmpty,      Options(),                          H,    "d.h" },
     { kEmpty,      Options(),                          C,    "d.c" },
     { kEmpty,      opts(true, false, false, true),     H,    "d_debug_dll.h" },
-    { kEmpty,      opts(false, false, false, true),    C,    "d_dll.c" },
     { kEmpty,      opts(false, true, false, false),    HPP,  "d.hpp" },
     { kUserdef,    Options(),                          UDF,  "d_udf.c" },
     { kCollation,  Options(),                          COLL, "d_udf.c" },  // the same head
@@ -60,6 +59,16 @@ TEST(GenFrame, HeadsAndTailsAreTheExpectedFiles) {
     IOutStream* const streams[] = {g.gen.m_h, g.gen.m_c, g.gen.m_hpp, g.gen.m_udf, g.gen.m_coll};
     EXPECT_EQ(gentest::maskTime(Generated::text(streams[c.stream])), expected(c.file)) << c.file;
   }
+}
+
+// With -dll the C file exports the dictionary function.
+TEST(GenFrame, DllCFile) {
+  Generated g(kEmpty, opts(false, false, false, true));
+  ASSERT_TRUE(g.run()) << g.msg;
+  std::string want = expected("d.c");
+  want.insert(want.find("#include \"d.h\""), "#define ZKT_DLL_SPEC __declspec(dllexport)\n");
+  want.replace(want.find("zkt_dictionary_h d_get_dictionary"), 16, "zkt_dictionary_h ZKT_DLL_SPEC");
+  EXPECT_EQ(gentest::maskTime(Generated::text(g.gen.m_c)), want);
 }
 
 // Sequences add an include to the header; the C++ header has one include,

@@ -1,6 +1,12 @@
 // Dictionary encodings and numbering: flag words, index kinds, key offsets, struct and class numbers.
 #include "dictenc.h"
 
+#include "parser.h"
+
+// clang-format off
+static const char kVectorKeysPanic[] = "index({index}) : An index on a vector of structs may only include one field of the structure.";
+// clang-format on
+
 namespace {
 
 struct Bit {
@@ -203,17 +209,13 @@ long indicatorOffset(const Index::Segment& seg, const Class& cls, long fieldOffs
   return fieldOffset + diff;
 }
 
-int indexVectFieldOffset(const Index& idx, const mvector<Index::FieldLayout>& segs) {
-  int r = -1;
+FSize indexVectFieldOffset(const Index& idx, const mvector<Index::FieldLayout>& segs) {
+  FSize r(-1);
   bool found = false;
   for (unsigned int i = 0; i < segs.size(); i++) {
-    const int v = segs[i].vect_field_offset;
-    if (v < 0) continue;
-    if (found) {
-      // clang-format off
-      IErrReporter::panic(Frag().set("index", idx.m_name).fill("index({index}) : An index on a vector of structs may only include one field of the structure."), false);
-      // clang-format on
-    }
+    const FSize& v = segs[i].vect_field_offset;
+    if (!v.is_str() && (int)v < 0) continue;
+    if (found) IErrReporter::panic(Frag().set("index", idx.m_name).fill(kVectorKeysPanic), false);
     found = true;
     r = v;
   }
@@ -293,3 +295,131 @@ int ClassDictCreator::updateEventId(const Struct& s, const Field& f) const {
   auto it = m_updateEvents.find(std::to_string(s.m_globalNum) + ":" + f.m_name.c_str());
   return it == m_updateEvents.end() ? -1 : it->second;
 }
+
+// ---------------------------------------------------------------- values shared by both builders
+
+namespace DictEnc {
+
+Counts counts(const Schema& sc) {
+  Counts n;
+  for (ISet::HPos pos(sc.s_class.first()); pos.valid(); pos.next()) {
+    const Class& cls = *static_cast<Class*>(pos.get().get());
+    n.nClasses++;
+    if (cls.m_sequential) n.nList++;
+    if (cls.m_hasAutoId) n.nAutoid++;
+    if (cls.m_history) n.nHistory++;
+    if (cls.v_index.size() > n.maxIndexes) n.maxIndexes = cls.v_index.size();
+    n.firstIndex.push_back((int)n.nIndexes);
+    n.firstEvent.push_back((int)n.nEvents);
+    n.nIndexes += cls.v_index.size();
+    n.nEvents += cls.v_events.size();
+    for (unsigned int i = 0; i < cls.v_index.size(); i++) n.nSegments += cls.v_index[i].v_fldParsed.size();
+  }
+  return n;
+}
+
+// Offset of cls's first field of category cat in its layout; the panic
+// missing when there is none. With tooLarge, an offset that needs more than
+// two bytes is that error.
+static FSize sysFieldOffset(const Class& cls, TypeCategory cat, const char* missing, IErrReporter* err,
+                            const char* tooLarge) {
+  for (unsigned int i = 0; i < cls.v_field.size(); i++) {
+    const Field& f = cls.v_field[i];
+    if (f.m_pstruct == nullptr || f.m_pstruct->m_category != cat) continue;
+    const FSize& offs = fieldLayoutOf(cls, f).m_offset;
+    if (tooLarge != nullptr && (int)offs > 65535) err->err(Frag().set("class", cls.m_name).fill(tooLarge));
+    return offs;
+  }
+  IErrReporter::panic(missing, false);
+}
+
+ClassRecord classRecord(const Class& cls, const Schema& sc, int firstIndex, int firstEvent, IErrReporter* err,
+                        const char* tooLarge) {
+  ClassRecord r;
+  if (!cls.m_isDynamic) {
+    if (!cls.m_layout.is_size_equal()) IErrReporter::panic("internal 10023", false);
+    r.fixedsize = cls.m_layout.c.m_size;
+  }
+  if (cls.v_events.size() > 0) {
+    r.first_event_num = firstEvent;
+    r.last_event_num = firstEvent + (int)cls.v_events.size() - 1;
+  }
+  if (cls.v_index.size() > 0) {
+    r.first_index_num = firstIndex;
+    r.last_index_num = firstIndex + (int)cls.v_index.size() - 1;
+  }
+  for (unsigned int j = 0; j < cls.v_index.size(); j++) {
+    const Index& idx = cls.v_index[j];
+    if (idx.m_isHistoryIndex)
+      r.history_index_num = firstIndex + (int)j;
+    else if (idx.m_isListIndex)
+      r.list_index_num = firstIndex + (int)j;
+    else if (idx.m_isAutoidIndex)
+      r.autoid_index_num = firstIndex + (int)j;
+  }
+  if (cls.m_history && r.history_index_num < 0) IErrReporter::panic("history index not found", false);
+  r.flags = classFlags(cls);
+  if (sc.auto_oid_declared())
+    r.auto_oid_offset = sysFieldOffset(cls, ET_AUTOOID, "auto_oid field not found", err, tooLarge);
+  if (cls.m_hasAutoId) r.autoid_offset = sysFieldOffset(cls, ET_AUTOID, "autoid field not found", err, tooLarge);
+  if (cls.m_history) r.history_offset = sysFieldOffset(cls, ET_VERSION, "history field not found", err, nullptr);
+  if (cls.m_globalNum < 0) IErrReporter::panic("internal 10307", false);
+  r.history_length = cls.m_historyLength;
+  r.init_size = classLayout(cls).m_size;
+  return r;
+}
+
+InitValues initValues(Schema& sc, const Struct& s, const Field& f, int elemSize, IErrReporter* err,
+                      const char* notAllowed) {
+  InitValues r;
+  r.type = f.getInitializerType();
+  Frag fr;
+  fr.set("struct", s.m_name).set("field", f.m_name);
+  const mvector<mstring>& vals = f.m_initVals;
+  for (unsigned int i = 0; i < vals.size(); i++) {
+    fr.set("value", vals[i]);
+    switch (r.type) {
+      case INIT_INT:
+        if (elemSize > 4) {
+          long long v = 0;
+          if (!UT::CVT::s2i8(vals[i].c_str(), &v))
+            err->err(fr.fill("initial value for {struct}.{field} is not integer: \"{value}\""));
+          const unsigned long long u = (unsigned long long)v;
+          r.words.push_back((int)(unsigned int)(u & 0xffffffffu));  // low word first
+          r.words.push_back((int)(unsigned int)(u >> 32));
+        } else {
+          long v = 0;
+          if (!UT::CVT::s2int(vals[i].c_str(), &v) && !sc.enumNameToInteger(vals[i], &v))
+            err->err(fr.fill("initial value for {struct}.{field} is not integer: \"{value}\""));
+          r.words.push_back((int)v);
+        }
+        break;
+      case INIT_DOUBLE: {
+        double v = 0;
+        if (!UT::CVT::s2dbl(vals[i].c_str(), &v))
+          err->err(fr.fill("initial value for {struct}.{field} is not double: \"{value}\""));
+        r.doubles.push_back(v);
+        break;
+      }
+      case INIT_BOOL: {
+        const mstring& v = vals[i];
+        if (v == "true" || v == "TRUE" || v == "1")
+          r.words.push_back(1);
+        else if (v == "false" || v == "FALSE" || v == "0")
+          r.words.push_back(0);
+        else
+          err->err(fr.fill("initial value for {struct}.{field} is not boolean: \"{value}\""));
+        break;
+      }
+      case INIT_STRING:
+        if (vals[i].c_str()[0] != '"')
+          err->err(fr.fill("initial value for {struct}.{field} is not string literal: \"{value}\""));
+        break;
+      case INIT_NONE:
+        err->err(fr.fill(notAllowed));
+    }
+  }
+  return r;
+}
+
+}  // namespace DictEnc

@@ -33,7 +33,46 @@ const Field& indicatorOf(const Struct& s, const Field& f);
 // indicator_offset of a segment: -1 unless its first field is nullable.
 long indicatorOffset(const Index::Segment& seg, const Class& cls, long fieldOffset);
 // The index's vect_field_offset from its segments' layouts.
-int indexVectFieldOffset(const Index& idx, const mvector<Index::FieldLayout>& segs);
+// A second segment in a vector or array is a panic.
+FSize indexVectFieldOffset(const Index& idx, const mvector<Index::FieldLayout>& segs);
+
+// The counters of the dictionary head, and where each class's indexes and
+// events begin in their tables (per class, in set order).
+struct Counts {
+  unsigned int nClasses = 0, nList = 0, nAutoid = 0, nHistory = 0, maxIndexes = 0;
+  unsigned int nIndexes = 0, nEvents = 0, nSegments = 0;
+  mvector<int> firstIndex;
+  mvector<int> firstEvent;
+};
+Counts counts(const Schema& sc);
+
+// The values of one class's record. Sizes and offsets stay FSize, so that
+// the C-source form can print the expressions of direct structs.
+struct ClassRecord {
+  int first_index_num = -1, last_index_num = -2, list_index_num = -1, autoid_index_num = -1;
+  FSize fixedsize, autoid_offset;
+  int history_index_num = -1, history_length = 0;
+  FSize history_offset;
+  int first_event_num = -1, last_event_num = -2;
+  unsigned int flags = 0;
+  FSize init_size, auto_oid_offset;
+};
+// tooLarge is the error for a two-byte offset of $autoid or $auto_oid that
+// doesn't fit; its {class} is the class's name.
+ClassRecord classRecord(const Class& cls, const Schema& sc, int firstIndex, int firstEvent, IErrReporter* err,
+                        const char* tooLarge);
+
+// A field's initial values, checked and converted: int4 words for integers
+// and booleans (two a value wider than four bytes, low word first), doubles
+// for doubles; string values are only checked to be literals. notAllowed is
+// the error for a type without initialisers ({struct}, {field}).
+struct InitValues {
+  FieldInitType type = INIT_NONE;
+  mvector<int> words;
+  mvector<double> doubles;
+};
+InitValues initValues(Schema& sc, const Struct& s, const Field& f, int elemSize, IErrReporter* err,
+                      const char* notAllowed);
 }  // namespace DictEnc
 
 // Numbers the structs and classes that reach the dictionary and counts their
@@ -58,6 +97,17 @@ public:
   int refToClass(const Field& f) const;
   // m_eventId of the UPDATE event on f in the class numbered like s, else -1.
   int updateEventId(const Struct& s, const Field& f) const;
+
+  // ---- the tables as C source: the static form, or with m_cmode1 the
+  // assignment form, which fills the tables by statements at run time
+  void printAll(IOutStream& os, bool sort);
+  // The initialiser tables, then the field records; leaves the initialiser
+  // counts in the schema (n_i_inits, n_s_inits, n_d_inits). openBlock puts
+  // "    {" between the two, so that the tables stay visible to the end.
+  void printAllFields(IOutStream& os, bool sort, bool openBlock);
+  void printAllUsedStructs(IOutStream& os);
+  const char* getPtrToStructInfoVector() const { return m_cmode1 ? "v_struct_info_ptr" : "v_struct_info"; }
+  int nStructs() const { return m_nStructs; }
 
 private:
   std::unordered_map<std::string, int> m_classPos;     // class name -> 1-based position

@@ -118,12 +118,14 @@ public:
   // named {struct}_d{suffix}.
   void direct_struct_output(Struct& s, const mstring& suffix);
   void outputObjid();
+  // {db}_get_dictionary into the C file, in the static or (m_cmode1) the
+  // assignment form.
+  void outputDictionary();
   // {code}: a class code as generated calls write it.
   mstring classCode(const Class& cls) const;
 
   // ---- steps that later parts of the generator fill
   void outputCalculator() {}
-  void outputDictionary() {}
   void outputUserdef() {}
   void outputCollation() {}
   void outputClassFunctions(Class&) {}  // the class-level functions of a visible class

@@ -308,7 +308,7 @@ void MemoryGenDict::generate_indexes(zkt_dictionary_t_* dict, unsigned int n_ind
       rec.class_code = (uint16_t)cls.m_classCode;
       rec.impl_no = (uint16_t)DictEnc::implNo(idx, cls);
       rec.numof_fields = (uint16_t)idx.v_fldParsed.size();
-      rec.vect_field_offset = DictEnc::indexVectFieldOffset(idx, layouts);
+      rec.vect_field_offset = (int)DictEnc::indexVectFieldOffset(idx, layouts);
       rec.flags = DictEnc::indexFlags(idx, cls);
       rec.numof_keys_estimate = (uint64_t)(unsigned int)idx.m_expectedCount;
       rec.userdef_id = (int16_t)idx.m_code_udf;

@@ -6,3 +6,77 @@
 #define ZKT_DICT_CONST const
 #include "zktwrap.h"
 
+
+/*---------------------------------------------------------------------*/
+/* dictionary                                                          */
+
+static zkt_dictionary_t  dict; 
+zkt_dictionary_h d_get_dictionary(void)
+{ 
+  static int dictionary_ready = 0; 
+
+  if( ! dictionary_ready ) 
+  {
+    static const zkt_dict_field_t v_field_info[0] = { 
+    };
+
+    static const zkt_dict_struct_t v_struct_info[0] = { 
+    };
+
+    dictionary_ready = 1;
+    dict.str_class_names = 0;
+    dict.str_index_names = 0;
+    {
+      static  const zkt_dict_class_info_t class_inf[1] = { 
+        { 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 }
+      };
+      dict.v_class_info = class_inf;
+    }
+
+
+    dict.v_desc_events = (zkt_dict_event_t *)0;
+
+
+    dict.v_all_struct = v_struct_info;
+
+    dict.v_desc_indexes = (zkt_dict_index_t *)0;
+
+
+    dict.v_desc_colls = (zkt_dict_collation_t *)0;
+
+    dict.version_major             = 8;
+    dict.version_minor             = 3;
+    dict.version_build             = 1803;
+    dict.magic_number              = 9;
+    dict.oid_is_supported          = 0;
+    dict.auto_oid_supported        = 0;
+    dict.flags                     = 0;
+    dict.n_class_codes             = 0;
+    dict.n_list_indexes            = 0;
+    dict.n_autoid_indexes          = 0;
+    dict.n_history_indexes         = 0;
+    dict.n_userdef_indexes         = 0;
+    dict.n_desc_indexes            = 0;
+    dict.n_desc_events             = 0;
+    dict.n_desc_colls              = 0;
+    dict.n_structs                 = 0;
+    dict.num_oid_estimation        = 0;
+    dict.num_HA_estimation         = 0;
+    dict.max_numof_indexes_per_obj = 0;
+    dict.exact_OID_sizeof          = 0;
+    dict.layout_OID_size           = 0;
+    dict.sizeof_zkt_offs_t[0]      = 4;
+    dict.sizeof_zkt_offs_t[1]      = sizeof(zkt_offs_t);
+    dict.sizeof_zkt_size_t[0]      = 8;
+    dict.sizeof_zkt_size_t[1]      = sizeof(zkt_size_t);
+    dict.init_i_data.ptr           = 0;
+    dict.init_i_data_n             = 0;
+    dict.init_s_data.ptr           = 0;
+    dict.init_s_data_n             = 0;
+    dict.init_d_data.ptr           = 0;
+    dict.init_d_data_n             = 0;
+  }
+
+  return &dict; 
+}
+
