@@ -285,6 +285,25 @@ ClassDictCreator::ClassDictCreator(Schema& sc, IErrReporter* err, bool cmode1)
   }
 }
 
+mvector<FieldRef> ClassDictCreator::fieldRun(Struct& s, bool sort) {
+  mvector<FieldRef> refs;
+  for (unsigned int j = 0; j < s.v_field.size(); j++) {
+    FieldRef r;
+    r.pf = &s.v_field[j];
+    r.order_no = j;
+    refs.push_back(r);
+  }
+  if (sort) sort_vector(refs);
+  return refs;
+}
+
+int ClassDictCreator::structNum(const Field& f) {
+  const TypeCategory cat = f.m_pstruct->m_category;
+  if (cat != ET_STRUCT && cat != ET_DIRECT_STRUCT) return -1;
+  if (f.m_pstruct->m_globalNum < 0) IErrReporter::panic("struct numbering (2)", false);
+  return f.m_pstruct->m_globalNum;
+}
+
 int ClassDictCreator::refToClass(const Field& f) const {
   if (f.m_pstruct == nullptr || f.m_pstruct->m_category != ET_REF || f.m_refto.empty()) return -1;
   auto it = m_classPos.find(f.m_refto.c_str());

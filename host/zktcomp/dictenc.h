@@ -95,6 +95,10 @@ public:
 
   // class code of the class f refers to, count + 1 for an unknown name; -1 for no ref target.
   int refToClass(const Field& f) const;
+  // The run of s's field records: declaration order, by name when sort.
+  static mvector<FieldRef> fieldRun(Struct& s, bool sort);
+  // struct_num of a field record: the number of its struct type, else -1.
+  static int structNum(const Field& f);
   // m_eventId of the UPDATE event on f in the class numbered like s, else -1.
   int updateEventId(const Struct& s, const Field& f) const;
 

@@ -100,14 +100,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
     Struct& s = *v_allStructs[si];
     fr.set("struct", s.m_name);
     *fields.get() << fr.fill(kStructComment);
-    mvector<FieldRef> refs;
-    for (unsigned int j = 0; j < s.v_field.size(); j++) {
-      FieldRef r;
-      r.pf = &s.v_field[j];
-      r.order_no = j;
-      refs.push_back(r);
-    }
-    if (sort) sort_vector(refs);
+    const mvector<FieldRef> refs = fieldRun(s, sort);
     for (unsigned int j = 0; j < refs.size(); j++) {
       Field& f = *refs[j].pf;
       fr.set("field", f.m_name);
@@ -155,12 +148,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
         if (k == refs.size() || !refs[k].pf->m_isIndicator) IErrReporter::panic("internal", false);
         indicator = k;
       }
-      int structNum = -1;
-      const TypeCategory cat = f.m_pstruct->m_category;
-      if (cat == ET_STRUCT || cat == ET_DIRECT_STRUCT) {
-        structNum = f.m_pstruct->m_globalNum;
-        if (structNum < 0) IErrReporter::panic("struct numbering (2)", false);
-      }
+      const int structNum = ClassDictCreator::structNum(f);
       const FldLayout& c = *f.m_c_layout;
       const FldLayout& u = *f.m_u_layout;
       fr.set("c_size", compactText(s, c.m_size)).set("c_align", text(c.m_align)).set("c_offset", compactText(s, c.m_offset));

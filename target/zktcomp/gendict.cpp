@@ -48,7 +48,6 @@ long long roundUp(long long n, int a) {
   return (n - 1) / a * a + a;
 }
 
-const Layout& layoutOf(const Class& c) { return DictEnc::classLayout(c); }
 
 }  // namespace
 
@@ -126,62 +125,26 @@ void MemoryGenDict::layout(Layout& l, int start, Struct* s) {
 
 uint16_t MemoryGenDict::GetClassFlags(Class* cls) { return (uint16_t)DictEnc::classFlags(*cls); }
 
-int MemoryGenDict::sysFieldOffset(Class& cls, TypeCategory cat, const char* missing, bool check) {
-  for (unsigned int i = 0; i < cls.v_field.size(); i++) {
-    const Field& f = cls.v_field[i];
-    if (f.m_pstruct == nullptr || f.m_pstruct->m_category != cat) continue;
-    const int offs = DictEnc::fieldLayoutOf(cls, f).m_offset;
-    if (check && offs > 65535) m_err->err("Class " + cls.m_name + " is too large. Use 'nosort' option");
-    return offs;
-  }
-  IErrReporter::panic(missing, false);
-}
-
 void MemoryGenDict::classInfo(zkt_dictionary_t_* dict, Class& cls, int k, int firstIndex, int firstEvent) {
+  const DictEnc::ClassRecord r =
+      DictEnc::classRecord(cls, m_sc, firstIndex, firstEvent, m_err, "Class {class} is too large. Use 'nosort' option");
   zkt_dict_class_info_t_& ci = dict->v_class_info[k];
-  int first = -1, last = -2, history = -1, list = -1, autoid = -1, firstEv = -1, lastEv = -2;
-  int fixedsize = 0;
-  if (!cls.m_isDynamic) {
-    if (!cls.m_layout.is_size_equal()) IErrReporter::panic("internal 10023", false);
-    fixedsize = cls.m_layout.c.m_size;
-  }
-  if (cls.v_events.size() > 0) {
-    firstEv = firstEvent;
-    lastEv = firstEvent + (int)cls.v_events.size() - 1;
-  }
-  if (cls.v_index.size() > 0) {
-    first = firstIndex;
-    last = firstIndex + (int)cls.v_index.size() - 1;
-  }
-  for (unsigned int j = 0; j < cls.v_index.size(); j++) {
-    const Index& idx = cls.v_index[j];
-    if (idx.m_isHistoryIndex)
-      history = first + (int)j;
-    else if (idx.m_isListIndex)
-      list = first + (int)j;
-    else if (idx.m_isAutoidIndex)
-      autoid = first + (int)j;
-  }
-  if (cls.m_history && history < 0) IErrReporter::panic("history index not found", false);
-  ci.flags = GetClassFlags(&cls);
-  if (m_sc.auto_oid_declared())
-    ci.auto_oid_offset = (uint16_t)sysFieldOffset(cls, ET_AUTOOID, "auto_oid field not found", true);
-  if (cls.m_hasAutoId) ci.autoid_offset = (uint16_t)sysFieldOffset(cls, ET_AUTOID, "autoid field not found", true);
-  if (cls.m_history)
-    ci.history_offset = (uint16_t)sysFieldOffset(cls, ET_VERSION, "history field not found", false);
   dict->str_class_names[k] = dictStrdup(cls.m_name.c_str());
-  if (cls.m_globalNum < 0) IErrReporter::panic("internal 10307", false);
-  ci.first_index_num = (int16_t)first;
-  ci.last_index_num = (int16_t)last;
-  ci.list_index_num = (int16_t)list;
-  ci.autoid_index_num = (int16_t)autoid;
-  ci.fixedsize = (uint32_t)fixedsize;
-  ci.history_index_num = (int16_t)history;
-  ci.history_length = (uint16_t)cls.m_historyLength;
-  ci.first_event_num = (int16_t)firstEv;
-  ci.last_event_num = (int16_t)lastEv;
+  ci.first_index_num = (int16_t)r.first_index_num;
+  ci.last_index_num = (int16_t)r.last_index_num;
+  ci.list_index_num = (int16_t)r.list_index_num;
+  ci.autoid_index_num = (int16_t)r.autoid_index_num;
+  ci.fixedsize = (uint32_t)(int)r.fixedsize;
+  ci.autoid_offset = (uint16_t)(int)r.autoid_offset;
+  ci.history_index_num = (int16_t)r.history_index_num;
+  ci.history_length = (uint16_t)r.history_length;
+  ci.history_offset = (uint16_t)(int)r.history_offset;
+  ci.first_event_num = (int16_t)r.first_event_num;
+  ci.last_event_num = (int16_t)r.last_event_num;
+  ci.flags = (uint16_t)r.flags;
   ci.struct_ptr = dict->v_all_struct + cls.m_globalNum;
-  ci.init_size = (uint64_t)(int)layoutOf(cls).m_size;
+  ci.init_size = (uint64_t)(int)r.init_size;
+  ci.auto_oid_offset = (uint16_t)(int)r.auto_oid_offset;
 }
 
 void MemoryGenDict::events(zkt_dictionary_t_* dict, unsigned int n_events) {
@@ -220,52 +183,32 @@ zkt_dictionary_t_* MemoryGenDict::generate() {
   dict->oid_is_supported = m_sc.m_useObjid ? 1 : 0;
   dict->auto_oid_supported = m_sc.auto_oid_declared() ? 1 : 0;
 
-  unsigned int nClasses = 0, nList = 0, nAutoid = 0, nHistory = 0, maxIndexes = 0;
-  for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next()) {
-    const Class& cls = *static_cast<Class*>(pos.get().get());
-    nClasses++;
-    if (cls.m_sequential) nList++;
-    if (cls.m_hasAutoId) nAutoid++;
-    if (cls.m_history) nHistory++;
-    if (cls.v_index.size() > maxIndexes) maxIndexes = cls.v_index.size();
-  }
-  mvector<int> firstIndex;
-  mvector<int> firstEvent;
-  unsigned int nIndexes = 0, nEvents = 0, nSegments = 0;
-  for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next()) {
-    const Class& cls = *static_cast<Class*>(pos.get().get());
-    firstIndex.push_back((int)nIndexes);
-    firstEvent.push_back((int)nEvents);
-    nIndexes += cls.v_index.size();
-    nEvents += cls.v_events.size();
-    for (unsigned int i = 0; i < cls.v_index.size(); i++) nSegments += cls.v_index[i].v_fldParsed.size();
-  }
-
-  dict->v_class_info = callocOf<zkt_dict_class_info_t_>(nClasses + 1);
-  dict->str_class_names = callocOf<const char*>(nClasses + 1);
-  dict->n_class_codes = (uint16_t)nClasses;
-  dict->n_list_indexes = (uint16_t)nList;
-  dict->n_autoid_indexes = (uint16_t)nAutoid;
-  dict->n_history_indexes = (uint16_t)nHistory;
+  const DictEnc::Counts n = DictEnc::counts(m_sc);
+  dict->v_class_info = callocOf<zkt_dict_class_info_t_>(n.nClasses + 1);
+  dict->str_class_names = callocOf<const char*>(n.nClasses + 1);
+  dict->n_class_codes = (uint16_t)n.nClasses;
+  dict->n_list_indexes = (uint16_t)n.nList;
+  dict->n_autoid_indexes = (uint16_t)n.nAutoid;
+  dict->n_history_indexes = (uint16_t)n.nHistory;
   dict->n_userdef_indexes = (uint16_t)m_sc.m_userdefIdxNum;
   dict->n_structs = (uint16_t)creator.m_nStructs;
-  dict->n_desc_indexes = (uint16_t)nIndexes;
-  dict->n_desc_events = (uint16_t)nEvents;
+  dict->n_desc_indexes = (uint16_t)n.nIndexes;
+  dict->n_desc_events = (uint16_t)n.nEvents;
   dict->n_desc_colls = (uint16_t)m_sc.m_collationsNum;
   int k = 1;
   for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next(), k++) {
     Class& cls = *static_cast<Class*>(pos.get().get());
-    classInfo(dict, cls, k, firstIndex[k - 1], firstEvent[k - 1]);
+    classInfo(dict, cls, k, n.firstIndex[k - 1], n.firstEvent[k - 1]);
   }
-  if (nEvents > 0) events(dict, nEvents);
+  if (n.nEvents > 0) events(dict, n.nEvents);
 
   dict->num_oid_estimation = m_sc.m_nobjid_estimated;
   dict->num_HA_estimation = m_sc.m_HA_estimate;
-  dict->max_numof_indexes_per_obj = (uint16_t)maxIndexes;
+  dict->max_numof_indexes_per_obj = (uint16_t)n.maxIndexes;
   // The packed size, deliberately the same as layout_OID_size.
   dict->exact_OID_sizeof = (uint16_t)(m_sc.m_useObjid ? m_sc.m_oid_sizeof_uplimit : 0);
   dict->layout_OID_size = (uint16_t)m_sc.m_oid_sizeof_uplimit;
-  if (nIndexes > 0) generate_indexes(dict, nSegments, nIndexes);
+  if (n.nIndexes > 0) generate_indexes(dict, n.nSegments, n.nIndexes);
   if (m_sc.m_collationsNum > 0) generate_collations(dict);
   // The compile runs in the process that uses it: compiled-for and target widths agree.
   dict->sizeof_zkt_offs_t[0] = 8;
@@ -345,61 +288,26 @@ int MemoryClassDictCreator::GetSeqOrder(Field* f) {
 }
 
 unsigned int MemoryClassDictCreator::initValues(const Struct& s, const Field& f, int elemSize) {
-  Frag fr;
-  fr.set("struct", s.m_name).set("field", f.m_name);
-  const mvector<mstring>& vals = f.m_initVals;
-  switch (f.getInitializerType()) {
-    case INIT_INT: {
+  // "Initilizer" is the message as the system has always written it.
+  const DictEnc::InitValues iv = DictEnc::initValues(m_sc, s, f, elemSize, m_err,
+                                                     "Initilizer is not allowed for this type of field: {struct}.{field}");
+  switch (iv.type) {
+    case INIT_INT:
+    case INIT_BOOL: {
       const unsigned int index = m_iinit_values.size() + 1;
-      for (unsigned int i = 0; i < vals.size(); i++) {
-        fr.set("value", vals[i]);
-        if (elemSize > 4) {
-          long long v = 0;
-          if (!UT::CVT::s2i8(vals[i].c_str(), &v))
-            m_err->err(fr.fill("initial value for {struct}.{field} is not integer: \"{value}\""));
-          const unsigned long long u = (unsigned long long)v;
-          m_iinit_values.push_back((int)(unsigned int)(u & 0xffffffffu));  // low word first
-          m_iinit_values.push_back((int)(unsigned int)(u >> 32));
-          continue;
-        }
-        long v = 0;
-        if (!UT::CVT::s2int(vals[i].c_str(), &v) && !m_sc.enumNameToInteger(vals[i], &v))
-          m_err->err(fr.fill("initial value for {struct}.{field} is not integer: \"{value}\""));
-        m_iinit_values.push_back((int)v);
-      }
+      for (unsigned int i = 0; i < iv.words.size(); i++) m_iinit_values.push_back(iv.words[i]);
       return index;
     }
     case INIT_DOUBLE: {
       const unsigned int index = m_dinit_values.size() + 1;
-      for (unsigned int i = 0; i < vals.size(); i++) {
-        double v = 0;
-        if (!UT::CVT::s2dbl(vals[i].c_str(), &v))
-          m_err->err(fr.set("value", vals[i]).fill("initial value for {struct}.{field} is not double: \"{value}\""));
-        m_dinit_values.push_back(v);
-      }
-      return index;
-    }
-    case INIT_BOOL: {
-      const unsigned int index = m_iinit_values.size() + 1;
-      for (unsigned int i = 0; i < vals.size(); i++) {
-        const mstring& v = vals[i];
-        if (v == "true" || v == "TRUE" || v == "1")
-          m_iinit_values.push_back(1);
-        else if (v == "false" || v == "FALSE" || v == "0")
-          m_iinit_values.push_back(0);
-        else
-          m_err->err(fr.set("value", v).fill("initial value for {struct}.{field} is not boolean: \"{value}\""));
-      }
+      for (unsigned int i = 0; i < iv.doubles.size(); i++) m_dinit_values.push_back(iv.doubles[i]);
       return index;
     }
     case INIT_STRING: {
       const unsigned int index = m_sinit_values.size() + 1;
-      for (unsigned int i = 0; i < vals.size(); i++) {
-        const char* v = vals[i].c_str();
+      for (unsigned int i = 0; i < f.m_initVals.size(); i++) {
+        const char* v = f.m_initVals[i].c_str();
         const size_t n = strlen(v);
-        if (v[0] != '"')
-          m_err->err(
-              fr.set("value", vals[i]).fill("initial value for {struct}.{field} is not string literal: \"{value}\""));
         // Between the first and the last character. A single quote is
         // dropped and the character after it taken as it is; a backslash is
         // an ordinary character.
@@ -414,8 +322,6 @@ unsigned int MemoryClassDictCreator::initValues(const Struct& s, const Field& f,
     case INIT_NONE:
       break;
   }
-  // "Initilizer" is the message as the system has always written it.
-  m_err->err(fr.fill("Initilizer is not allowed for this type of field: {struct}.{field}"));
   return 0;
 }
 
@@ -439,15 +345,8 @@ void MemoryClassDictCreator::create(zkt_dictionary_t_* dict, bool sort) {
   zkt_dict_field_t_* block = callocOf<zkt_dict_field_t_>(m_nFields);
   for (unsigned int si = 0; si < v_allStructs.size(); si++) {
     Struct& s = *v_allStructs[si];
-    mvector<FieldRef> refs;
-    for (unsigned int j = 0; j < s.v_field.size(); j++) {
-      FieldRef r;
-      r.pf = &s.v_field[j];
-      r.order_no = j;
-      refs.push_back(r);
-    }
     // A struct with direct-struct fields keeps its declared order.
-    if (sort && !s.m_hasDirectStruct) sort_vector(refs);
+    const mvector<FieldRef> refs = fieldRun(s, sort && !s.m_hasDirectStruct);
     // Rule of the indicator: its position in this run, found by m_no.
     std::unordered_map<unsigned int, unsigned int> runPos;
     if (s.m_nNullableFields > 0)
@@ -476,12 +375,7 @@ void MemoryClassDictCreator::create(zkt_dictionary_t_* dict, bool sort) {
         if (it == runPos.end() || !refs[it->second].pf->m_isIndicator) IErrReporter::panic("internal", false);
         indicator = it->second;
       }
-      int structNum = -1;
-      const TypeCategory cat = f.m_pstruct->m_category;
-      if (cat == ET_STRUCT || cat == ET_DIRECT_STRUCT) {
-        structNum = f.m_pstruct->m_globalNum;
-        if (structNum < 0) IErrReporter::panic("struct numbering (2)", false);
-      }
+      const int structNum = ClassDictCreator::structNum(f);
       const FldLayout& c = *f.m_c_layout;
       const FldLayout& u = *f.m_u_layout;
       fr.name = dictStrdup(f.m_name.c_str());

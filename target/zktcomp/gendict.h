@@ -45,9 +45,6 @@ public:
 private:
   void classInfo(zkt_dictionary_t_* dict, Class& cls, int k, int firstIndex, int firstEvent);
   void events(zkt_dictionary_t_* dict, unsigned int n_events);
-  // Offset of cls's first field of category cat (and the panic missing if
-  // none), checked to fit two bytes when check is set.
-  int sysFieldOffset(Class& cls, TypeCategory cat, const char* missing, bool check);
 };
 
 // Builds v_all_struct, the field records and the initialiser tables.
