@@ -49,10 +49,12 @@ std::string findTool(const std::string& name) {
 }
 
 // A struct, user-defined index and collation, so that the user-code files exist too.
+// No class is called c or t: index functions name their cursor and
+// transaction parameters so, which would hide a class of that name.
 const char kBase[] =
     "declare database d;\n"
     "struct Place { char<16> city; signed<4> zone; };\n"
-    "class c {\n"
+    "class item {\n"
     "  signed<4> a;\n"
     "  char<8> b;\n"
     "  Place p;\n"
@@ -72,7 +74,7 @@ const std::string kObjectsSchema =
     "direct struct V { double x; signed<4> y; char<3> c; nchar<2> w; boolean b[9]; };\n"
     "packed direct struct P { char<3> code; unsigned<1> level; signed<2> levels[4]; };\n"
     "struct In { signed<4> x; V v; };\n"
-    "class c { oid; unsigned<4> id; color col; In i; P p; tree<id> by_id; };\n";
+    "class item { oid; unsigned<4> id; color col; In i; P p; tree<id> by_id; };\n";
 
 struct SchemaCase {
   const char* name;
