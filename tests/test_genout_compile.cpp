@@ -25,7 +25,12 @@ struct KnownException {
   const char* file;
   const char* reason;
 };
-const std::vector<KnownException> kKnownExceptions = {};
+const std::vector<KnownException> kKnownExceptions = {
+    {"oddities -hpp", "unit.cpp",
+     "search_any's inline definition is named search_all, so search_all is defined twice; a boolean patricia "
+     "key is passed on without its number_of_bits"},
+    {"oddities -hpp -smartptr", "unit.cpp", "as oddities -hpp"},
+};
 
 // Warnings that the required text itself causes, where the text can't be
 // changed: schema and option set, file, the warning options it may raise.
@@ -88,10 +93,12 @@ std::string findTool(const std::string& name) {
 }
 
 // A struct, user-defined index and collation, so that the user-code files exist too.
+// No class is called c or t: index functions name their cursor and
+// transaction parameters so, which would hide a class of that name.
 const char kBase[] =
     "declare database d;\n"
     "struct Place { char<16> city; signed<4> zone; };\n"
-    "class c {\n"
+    "class item {\n"
     "  signed<4> a;\n"
     "  char<8> b;\n"
     "  Place p;\n"
@@ -111,7 +118,54 @@ const std::string kObjectsSchema =
     "direct struct V { double x; signed<4> y; char<3> c; nchar<2> w; boolean b[9]; };\n"
     "packed direct struct P { char<3> code; unsigned<1> level; signed<2> levels[4]; };\n"
     "struct In { signed<4> x; V v; };\n"
-    "class c { oid; unsigned<4> id; color col; In i; P p; tree<id> by_id; };\n";
+    "class item { oid; unsigned<4> id; color col; In i; P p; tree<id> by_id; };\n";
+
+// Every index kind, modifier and key category whose required text compiles.
+const std::string kIndexSchema =
+    "declare database d;\n"
+    "declare oid K[10];\n"
+    "struct K { unsigned<4> region; };\n"
+    "struct Place { char<16> city; signed<4> zone; };\n"
+    "class Person {\n"
+    "  oid;\n"
+    "  autoid[100];\n"
+    "  char<32> surname; string nick; signed<4> age; double score; float f; date dd; time tm; datetime dt;\n"
+    "  unsigned<8> big; signed<8> sbig; signed<1> tiny; unsigned<1> utiny; signed<2> sh; unsigned<2> ush;\n"
+    "  unsigned<4> u4; Place home; unsigned<2> tags[4]; vector<signed<4>> vals; nstring title; nchar<8> code;\n"
+    "  binary<8> bin; varbinary vb; ref<Person> buddy;\n"
+    "  tree<surname, age> by_name;\n"
+    "  unique tree<surname asc, age desc, nick ignore_case> by_all;\n"
+    "  voluntary tree<home.city collate latin, home.zone> by_place;\n"
+    "  userdef voluntary tree<age, surname> custom;\n"
+    "  tree<autoid> by_id;\n"
+    "  unique tree<tags> by_tag;\n"
+    "  tree<vals> by_val;\n"
+    "  unique tree<title> by_title;\n"
+    "  tree<code> by_code;\n"
+    "  tree<bin> by_bin;\n"
+    "  tree<vb> by_vb;\n"
+    "  unique tree<buddy> by_buddy;\n"
+    "  tree<score, f, dd, tm, dt, big, sbig, tiny, utiny, sh, ush, u4> by_many;\n"
+    "  hash<surname ignore_case> h_surname[500];\n"
+    "  nonunique hash<age, home.zone> h_age[50];\n"
+    "  hash<tags> h_tags[10];\n"
+    "  trigram<nick> tri;\n"
+    "};\n"
+    "class Geo {\n"
+    "  rectangle<double> box[2]; point<float> spot[3]; signed<4> x, y, z;\n"
+    "  rtree<box> by_box; voluntary rtree<spot> by_spot; kdtree<x, y, z> by_xyz; voluntary kdtree<x> by_x;\n"
+    "};\n"
+    "transient class Words {\n"
+    "  char<20> word; unsigned<4> n; signed<8> big; unsigned<4> arr[3];\n"
+    "  unique voluntary patricia<word> p_word; patricia<n> p_n; unique patricia<big> p_big;\n"
+    "  unique patricia<arr> p_arr;\n"
+    "};\n";
+
+// Index texts whose C compiles but whose C++ wrappers don't (see kKnownExceptions).
+const std::string kIndexOddities =
+    "declare database d;\n"
+    "class Tag { unsigned<2> v[4]; thick tree<v> by_v; };\n"
+    "transient class Bits { boolean b[8]; patricia<b> p; };\n";
 
 struct SchemaCase {
   const char* name;
@@ -125,8 +179,8 @@ const std::string kListOnlySchema =
     "class lonely { signed<4> z = 5; signed<8> big = -1; double w = 1.5; boolean b = true; S s;\n"
     "  event<z update> zc; event<new> nw; };\n";
 
-const SchemaCase kSchemas[] = {
-    {"plain", kPlainSchema}, {"sequence", kSeqSchema}, {"objects", kObjectsSchema}, {"listonly", kListOnlySchema}};
+const SchemaCase kSchemas[] = {{"plain", kPlainSchema},   {"sequence", kSeqSchema},      {"objects", kObjectsSchema},
+                               {"indexes", kIndexSchema},  {"oddities", kIndexOddities},  {"listonly", kListOnlySchema}};
 
 class GenOutputCompile : public ::testing::Test {
 protected:

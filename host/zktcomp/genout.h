@@ -12,6 +12,23 @@
 #define ZKT_COMP_API_VERSION 17
 #define ZKT_COMP_REVISION "interim build Vantrel_8.3_1803, rev.29517"
 
+// The key parameters of one index while its functions are written, and the
+// names of the other parameters, chosen so that they clash with no key.
+struct StrParams {
+  mstring strParams;           // key declarations, each behind ", "
+  mstring strParamsTransit;    // key arguments of a call, each behind ", "
+  mstring strParamsExtAssign;  // statements that fill the key array, one line per segment
+  mvector<mstring> allParamNames;  // every key parameter name of the index
+  mstring t, c, oper, handle;      // transaction, cursor, operation and handle names
+  // Appends the texts of every segment of idx, in order.
+  void addSegments(Index& idx, const Schema* sc, mvector<mstring>& ptrTypes);
+  // Chooses t, c, oper and handle.
+  void setup();
+  // The first of the n names of list that is no key parameter; when all are,
+  // the last name with the first free number 0, 1, 2 ... behind it.
+  mstring choose(const char* const* list, int n) const;
+};
+
 // Turns a finished Schema into source files. The constructor only stores its
 // arguments; init opens the streams, run writes everything, close (also run
 // by the destructor) deletes every stream.
@@ -129,9 +146,18 @@ public:
   void outputUserdef() {}
   void outputCollation() {}
   void outputClassFunctions(Class&) {}  // the class-level functions of a visible class
-  void output(Class&) {}
-  // The index API of one index that is neither list, hidden nor history.
-  void outputIndex(Class&, Index&) {}
+  // Until the class API fills it, only the index API of the class's indexes.
+  void output(Class& cls) { outputIndexes(cls); }
+  // For each index that is neither list, hidden nor history: an empty line
+  // on m_h, then outputIndex. A stand-in for the index loop of output(Class&).
+  void outputIndexes(Class& cls);
+  // The index API of one index that is neither list, hidden nor history: the
+  // C functions {class}_{index}_{op} of its kind and the nested C++ class
+  // "{index}" of {hpp} with their static methods.
+  void outputIndex(Class& cls, Index& idx);
+  // {prefix}_{field}_from_cursor of segment number segment of idx, whose key
+  // pointer type is type; {prefix} is {class}_{index}.
+  void gen_direct_idx_fields(Class& cls, Index& idx, mstring prefix, mstring type, int segment);
   void outputEvents(Class&) {}
   void outputXmlRW(Class&) {}
   void outputJsonW(Class&) {}

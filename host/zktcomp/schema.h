@@ -35,6 +35,7 @@ enum TableIotType { IOT_TABLE_NONE = 0, IOT_TABLE_UP = 1, IOT_TABLE_DOWN = 2 };
 class Field;
 class Struct;
 class Class;
+class Schema;
 
 // ---------------------------------------------------------------- symbolic sizes
 
@@ -208,6 +209,14 @@ public:
     FldEl& last() { return (*this)[size() - 1]; }
     // Element type information of the key: the last field's dict_info(false).
     Field::DictInfo dict_info() const { return (*this)[size() - 1].m_pFld->dict_info(false); }
+    const FldEl& last() const { return (*this)[size() - 1]; }
+    // The texts of this segment as the key of generated index functions: its
+    // parameter declaration, the argument of a call, the statements that fill
+    // one zkt_external_field_t through pa_, and the pointer type of the key
+    // (empty for a boolean key). Every parameter name goes to names; n is
+    // not used. A key category that no index admits throws "illegal case".
+    void paramStrings(int n, const Schema* sc, mvector<mstring>& names, mstring& decl, mstring& pass,
+                      mstring& assign, mstring& ptr_type) const;
     void dump(IOutStream& os, int ind) const;
   };
   struct FieldLayout {
