@@ -19,6 +19,7 @@ struct Options : antest::Options {
   bool prefix = false;
   bool mergeable = false;
   bool dll = false;
+  bool cmode1 = false;
 };
 
 // Every file is a string stream, so a test reads what would be written; the
@@ -26,7 +27,7 @@ struct Options : antest::Options {
 class StrGenOutput : public GenOutput {
 public:
   StrGenOutput(Schema& sc, IErrReporter* rep, const Options& o)
-      : GenOutput(sc, o.debug || o.hpp, o.nosort, o.dumpxml, o.hpp, o.cs, false, o.smartptr, rep, "", "", "", false,
+      : GenOutput(sc, o.debug || o.hpp, o.nosort, o.dumpxml, o.hpp, o.cs, false, o.smartptr, rep, "", "", "", o.cmode1,
                   false, false, o.sql, o.large, o.sizeT, 4, o.prefix, o.mergeable, o.dll) {}
   void createStreams(bool, bool) override {
     m_h = IOutStream::createStrStream("");
