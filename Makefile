@@ -29,6 +29,7 @@ test-sanitize: setup
 
 bench: build
 	./$(BUILD)/zkt_bench
+	./$(BUILD)/zkt_bench_schema
 
 clean:
 	rm -rf $(BUILD) $(SAN_BUILD) out

@@ -189,6 +189,11 @@ void GenOutput::cppMethod(const mstring& hpp, const mstring& decl, const mstring
   *m_hpp_tail << "inline" << "  ZKT_RET " << hpp << "::" << def;
 }
 
+void GenOutput::cppMember(const mstring& decl, const mstring& def) {
+  *m_hpp << decl;
+  *m_hpp_tail << def;
+}
+
 void GenOutput::outConstant(IOutStream* os, const mstring& name, int value) {
   *os << "#define " << name << " " << value << "\n";
 }

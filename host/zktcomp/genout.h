@@ -121,6 +121,9 @@ public:
   // One C++ method of class hpp: decl on m_hpp; "inline  ZKT_RET {hpp}::"
   // and def on m_hpp_tail.
   void cppMethod(const mstring& hpp, const mstring& decl, const mstring& def);
+  // A C++ member written as a whole: decl on m_hpp, def (may be empty) on
+  // m_hpp_tail.
+  void cppMember(const mstring& decl, const mstring& def);
   void outConstant(IOutStream* os, const mstring& name, int value);
   mstring nameWithPrefix(const mstring& name);
   void calculateFormating();
@@ -145,12 +148,11 @@ public:
   void outputCalculator() {}
   void outputUserdef() {}
   void outputCollation() {}
-  void outputClassFunctions(Class&) {}  // the class-level functions of a visible class
-  // Until the class API fills it, only the index API of the class's indexes.
-  void output(Class& cls) { outputIndexes(cls); }
-  // For each index that is neither list, hidden nor history: an empty line
-  // on m_h, then outputIndex. A stand-in for the index loop of output(Class&).
-  void outputIndexes(Class& cls);
+  // The class-level functions of a visible class without a suppressed API.
+  void outputClassFunctions(Class& cls);
+  // The managed-language class head and end around the fields, the fields,
+  // the cursor functions and the API of every visible index.
+  void output(Class& cls);
   // The index API of one index that is neither list, hidden nor history: the
   // C functions {class}_{index}_{op} of its kind and the nested C++ class
   // "{index}" of {hpp} with their static methods.
@@ -161,7 +163,39 @@ public:
   void outputEvents(Class&) {}
   void outputXmlRW(Class&) {}
   void outputJsonW(Class&) {}
-  void output(Struct&, Class*) {}
+  // The accessors of every visible field of struct or class s; c is the
+  // class itself or null for a struct.
+  void output(Struct& s, Class* c);
+  // Sets every placeholder a field's accessors may name, in one place:
+  // {struct} {field} {ctype} {tname} {uoff} {coff} {usize} {esize} {no} {n}
+  // {idx} {ev} {evarg} {db} {code} (a struct has none) {nl}.
+  void fieldFrag(const Struct& s, const Class* c, const Field& f, bool indexed, int ev, Frag& fr) const;
+  // The accessors of a field that is neither optional, vector nor array, by
+  // the category of its type; ev is its update event or -1.
+  void outputPlainField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+  // get, put and their companions of a scalar or auto id field.
+  void outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+
+  // ---- per-field families that later parts of the generator fill
+  void outputManagedClassHead(Class&) {}  // attributes, indexes, events, "public class"
+  void outputManagedClassEnd(Class&) {}
+  void outputEventAttribute(Class&, int /*ev*/) {}    // a plain field's own update event
+  void outputManagedMember(Struct&, Field&, Frag&) {}  // the field's member in C# and Java
+  void outputDirectStructFunctions(Struct&) {}         // get_ptr, get_all, put_all
+  void outputScalarTop(Struct&, Field&, Frag&) {}      // {struct}_{field}_top
+  void output_optional_field(Struct&, Class*, Field&, const mstring& /*base*/) {}
+  void output_vector_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/) {}
+  void output_spatial_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/,
+                            const char* /*kind*/) {}
+  void output_array_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/) {}
+  void outputCharsField(Struct&, Class*, Field&, Frag&) {}          // char<n>, binary<n>
+  void outputStringField(Struct&, Class*, Field&, Frag&) {}         // string, varbinary
+  void outputUnicodeCharsField(Struct&, Class*, Field&, Frag&) {}   // nchar<n>
+  void outputUnicodeStringField(Struct&, Class*, Field&, Frag&) {}  // nstring
+  void outputBlobField(Struct&, Class*, Field&, Frag&) {}
+  void outputRefField(Struct&, Class*, Field&, Frag&) {}
+  void outputStructField(Struct&, Class*, Field&, Frag&) {}  // a member struct or direct struct
+  void outputSequenceField(Struct&, Class*, Field&, Frag&) {}
   void genFixedStruct(Struct&) {}
   void outputFixed(Struct&) {}
 

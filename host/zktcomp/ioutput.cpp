@@ -481,15 +481,6 @@ static void indexFunction(GenOutput& gen, Class& cls, const Frag& fr, IndexOp op
   gen.cppMethod(scope, fr.fill(f.decl) + "\n", fr.fill(f.head) + "\n" + fr.fill(f.def) + kEnd);
 }
 
-void GenOutput::outputIndexes(Class& cls) {
-  for (unsigned int i = 0; i < cls.v_index.size(); i++) {
-    Index& idx = cls.v_index[i];
-    if (idx.m_isListIndex || idx.m_hidden || idx.m_isHistoryIndex) continue;
-    *m_h << "\n";
-    outputIndex(cls, idx);
-  }
-}
-
 void GenOutput::outputIndex(Class& cls, Index& idx) {
   StrParams sp;
   mvector<mstring> ptrTypes;

@@ -30,6 +30,14 @@ static mstring defaultIncludeDir(const mstring& inputFile) {
 }
 
 bool Job::run() {
+  try {
+    return compile();
+  } catch (const char* text) {
+    IErrReporter::panic(text, false);
+  }
+}
+
+bool Job::compile() {
   FILE* inp = fopen(inputFile.c_str(), "r");
   ErrReporter rep;
   if (inp == nullptr) {

@@ -61,8 +61,13 @@ struct Job {
   bool revno;    // for the command-line front only
   bool compver;  // for the command-line front only
 
-  // Returns true; every failure ends the process inside the reporter.
+  // Returns true; every failure ends the process inside the reporter. A
+  // generator branch that meets a case it has none for throws a character
+  // string; run turns it into an internal stop (IErrReporter::panic).
   bool run();
+
+private:
+  bool compile();
 };
 
 #endif

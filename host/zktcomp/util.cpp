@@ -585,9 +585,16 @@ mstring A(const mstring& name, const FSize& value) { return name + "=" + UT::Q(v
 
 // ---------------------------------------------------------------- Frag
 
+// A name is compared by length first: most placeholders differ there, and
+// fill runs once per fragment of every generated function.
+static bool sameName(const mstring& name, const char* s, size_t len) {
+  return name.size() == len && memcmp(name.c_str(), s, len) == 0;
+}
+
 Frag& Frag::set(const char* name, const mstring& value) {
+  const size_t len = strlen(name);
   for (unsigned int i = 0; i < v_names.size(); i++) {
-    if (v_names[i] == name) {
+    if (sameName(v_names[i], name, len)) {
       v_values[i] = value;
       return *this;
     }
@@ -614,10 +621,11 @@ mstring Frag::fill(const char* text) const {
     const char* e = s + 1;
     while (*e && UT::nameCont(*e)) e++;
     if (*e != '}' || !isPlaceholderName(s + 1, e)) continue;
-    mstring name(s + 1, (size_t)(e - s - 1));
+    const size_t len = (size_t)(e - s - 1);
     unsigned int i = 0;
-    while (i < v_names.size() && !(v_names[i] == name)) i++;
-    if (i == v_names.size()) IErrReporter::panic("undefined placeholder {" + name + "} in generated text", false);
+    while (i < v_names.size() && !sameName(v_names[i], s + 1, len)) i++;
+    if (i == v_names.size())
+      IErrReporter::panic("undefined placeholder {" + mstring(s + 1, len) + "} in generated text", false);
     res.add(from, (size_t)(s - from));
     res += v_values[i];
     s = e;

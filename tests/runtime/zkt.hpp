@@ -4,4 +4,10 @@
 
 #include "zkt.h"
 
+// A failed call inside a C++ member throws its return code.
+inline void zkt_cpp_check_(ZKT_RET rc) {
+  if (rc != ZKT_S_OK) throw rc;
+}
+#define ZKT_CPP_CHECK(call) zkt_cpp_check_(call)
+
 #endif  // ZKT_ZKT_HPP

@@ -5,4 +5,12 @@
 #include "zkt.hpp"
 #include "zktseq.h"
 
+// The values of one field of a class, as a sequence.
+template <class T>
+class Sequence {
+public:
+  zkt_seq_iterator_h iter;
+  Sequence() : iter(0) {}
+};
+
 #endif  // ZKT_ZKTSEQ_HPP

@@ -3,5 +3,116 @@
 #define ZKT_ZKTWRAP_H
 
 #include "zkt.h"
+#include "zktseq.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Objects of a class. */
+ZKT_RET zkt_w_new_obj_oid(zkt_trans_h t, zkt_size_t init_size, uint2 class_code, const void* id, zkt_size_t id_size,
+                          zkt_objhandle_h handle);
+ZKT_RET zkt_w_new_obj_oid_ev(zkt_trans_h t, zkt_size_t init_size, uint2 class_code, const void* id,
+                             zkt_size_t id_size, zkt_objhandle_h handle, int event_id);
+ZKT_RET zkt_w_new_obj_noid(zkt_trans_h t, zkt_size_t init_size, uint2 class_code, zkt_objhandle_h handle);
+ZKT_RET zkt_w_new_obj_noid_ev(zkt_trans_h t, zkt_size_t init_size, uint2 class_code, zkt_objhandle_h handle,
+                              int event_id);
+ZKT_RET zkt_w_obj_delete(zkt_objhandle_h handle);
+ZKT_RET zkt_w_obj_delete_ev(zkt_objhandle_h handle, int event_id);
+ZKT_RET zkt_w_obj_delete_all(zkt_trans_h t, uint2 class_code);
+ZKT_RET zkt_w_obj_delete_all_ev(zkt_trans_h t, uint2 class_code, int event_id);
+ZKT_RET zkt_w_obj_checkpoint(zkt_objhandle_h handle);
+ZKT_RET zkt_w_obj_checkpoint_ev(zkt_objhandle_h handle, int event_id);
+ZKT_RET zkt_w_find_byoid(zkt_trans_h t, const void* id, zkt_objhandle_h handle, uint2 class_code);
+ZKT_RET zkt_w_oid_get(zkt_objhandle_h handle, void* id, uint2 id_size);
+ZKT_RET zkt_w_compact(zkt_objhandle_h handle, uint2 class_code, int class_num, uint4* pages_released);
+ZKT_RET zkt_w_obj_from_cursor(zkt_trans_h t, zkt_cursor_h c, uint2 class_code, zkt_objhandle_h handle);
+ZKT_RET zkt_w_list_cursor(zkt_trans_h t, uint2 class_code, zkt_cursor_h c);
+ZKT_RET zkt_w_normalize_handle(zkt_objhandle_h handle);
+ZKT_RET zkt_w_version_prev(zkt_objhandle_h handle, zkt_objhandle_h res_handle, int index_code);
+ZKT_RET zkt_w_version_next(zkt_objhandle_h handle, zkt_objhandle_h res_handle, int index_code);
+
+/* Tuning of a persistent class. */
+ZKT_RET zkt_set_class_allocation_block_size(zkt_trans_h t, uint2 class_code, zkt_size_t block_size);
+ZKT_RET zkt_set_class_caching_priority(zkt_trans_h t, uint2 class_code, int priority);
+ZKT_RET zkt_set_class_fill_factor(zkt_trans_h t, uint2 class_code, int fill_factor);
+
+/* Scalars by size: one offset where both layouts agree, else both. A value
+   of 8 bytes is put by its address. */
+ZKT_RET zkt_w_b1_get(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, void* result);
+ZKT_RET zkt_w_b2_get(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, void* result);
+ZKT_RET zkt_w_b4_get(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, void* result);
+ZKT_RET zkt_w_b8_get(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, void* result);
+ZKT_RET zkt_w_b1_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, void* result);
+ZKT_RET zkt_w_b2_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, void* result);
+ZKT_RET zkt_w_b4_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, void* result);
+ZKT_RET zkt_w_b8_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, void* result);
+ZKT_RET zkt_w_b1_put(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, uint1 value);
+ZKT_RET zkt_w_b2_put(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, uint2 value);
+ZKT_RET zkt_w_b4_put(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, uint4 value);
+ZKT_RET zkt_w_b8_put(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, const void* value);
+ZKT_RET zkt_w_b1_put_ev(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, uint1 value, int event_id);
+ZKT_RET zkt_w_b2_put_ev(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, uint2 value, int event_id);
+ZKT_RET zkt_w_b4_put_ev(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, uint4 value, int event_id);
+ZKT_RET zkt_w_b8_put_ev(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, int indexed, const void* value, int event_id);
+ZKT_RET zkt_w_b1_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint1 value);
+ZKT_RET zkt_w_b2_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint2 value);
+ZKT_RET zkt_w_b4_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint4 value);
+ZKT_RET zkt_w_b8_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed,
+                      const void* value);
+ZKT_RET zkt_w_b1_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint1 value,
+                         int event_id);
+ZKT_RET zkt_w_b2_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint2 value,
+                         int event_id);
+ZKT_RET zkt_w_b4_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint4 value,
+                         int event_id);
+ZKT_RET zkt_w_b8_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed,
+                         const void* value, int event_id);
+
+/* Booleans are bits: always both offsets. */
+ZKT_RET zkt_w_bit_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, void* result);
+ZKT_RET zkt_w_bit_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint1 value);
+ZKT_RET zkt_w_bit_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int indexed, uint1 value,
+                          int event_id);
+
+/* Bytes of a field: the scalars of a direct struct. */
+ZKT_RET zkt_w_chars_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, char* buf,
+                         zkt_size_t buf_size, zkt_size_t field_size);
+ZKT_RET zkt_w_chars_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* buf,
+                         zkt_size_t buf_size, zkt_size_t field_size, int indexed);
+ZKT_RET zkt_w_chars_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* buf,
+                            zkt_size_t buf_size, zkt_size_t field_size, int indexed);
+
+/* Fixed-point numbers as text, by width in bytes. */
+ZKT_RET zkt_w_numeric_b1_to_string(int1 value, int precision, char* buf, int buf_size);
+ZKT_RET zkt_w_numeric_b2_to_string(int2 value, int precision, char* buf, int buf_size);
+ZKT_RET zkt_w_numeric_b4_to_string(int4 value, int precision, char* buf, int buf_size);
+ZKT_RET zkt_w_numeric_b8_to_string(zkt_int8 value, int precision, char* buf, int buf_size);
+ZKT_RET zkt_w_numeric_b1_from_string(void* value, int precision, const char* buf);
+ZKT_RET zkt_w_numeric_b2_from_string(void* value, int precision, const char* buf);
+ZKT_RET zkt_w_numeric_b4_from_string(void* value, int precision, const char* buf);
+ZKT_RET zkt_w_numeric_b8_from_string(void* value, int precision, const char* buf);
+
+/* The values of one field over all objects of a class, by C type. */
+#define ZKT_SEQ_SEQUENCE_(ctype) \
+  ZKT_RET zkt_w_seq_sequence_##ctype(zkt_trans_t trans, uint2 class_code, zkt_offs_t offs, zkt_seq_iterator_h seq);
+ZKT_SEQ_SEQUENCE_(uint1)
+ZKT_SEQ_SEQUENCE_(uint2)
+ZKT_SEQ_SEQUENCE_(uint4)
+ZKT_SEQ_SEQUENCE_(uint8)
+ZKT_SEQ_SEQUENCE_(int1)
+ZKT_SEQ_SEQUENCE_(int2)
+ZKT_SEQ_SEQUENCE_(int4)
+ZKT_SEQ_SEQUENCE_(zkt_int8)
+ZKT_SEQ_SEQUENCE_(float)
+ZKT_SEQ_SEQUENCE_(double)
+ZKT_SEQ_SEQUENCE_(zkt_date)
+ZKT_SEQ_SEQUENCE_(zkt_time)
+ZKT_SEQ_SEQUENCE_(autoid_t)
+#undef ZKT_SEQ_SEQUENCE_
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif /* ZKT_ZKTWRAP_H */

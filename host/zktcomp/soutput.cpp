@@ -1,0 +1,294 @@
+// Field accessors: the frame that walks the fields of a struct or class and the accessors of scalar fields.
+#include "genout.h"
+
+namespace {
+
+// clang-format off
+const char kSmartCtorHead[]  = "  {struct}() {{nl}";
+const char kSmartCtorField[] = "    {field}.handle_ = this;{nl}";
+const char kSmartCtorEnd[]   = "  }{nl}{nl}";
+
+// What a nullable field's accessors do first.
+const char kGetGuard[] = " uint1 indicator; ZKT_RET rc = {struct}_{field}_indicator_get(handle, &indicator); if (rc != ZKT_S_OK) return rc; else if (!indicator) return ZKT_S_NULL_VALUE;";
+const char kPutGuard[] = " ZKT_RET rc = {struct}_{field}_indicator_put(handle, 1); if (rc != ZKT_S_OK) return rc;";
+
+// The text form of a fixed-point number; {w} is its width, {p} its precision.
+struct NumericFunction {
+  const char* suffix;
+  const char* params;
+  const char* body;
+  const char* decl;  // on the hpp
+  const char* def;   // on the hpp tail, after "::"
+};
+const NumericFunction kNumericFunctions[] = {
+  //  suffix         params                                           body                                                                                                                                                                                                                  decl                                                                                                 def
+  { "_get_chars",  " ( {struct} *handle, char* buf, int buf_size)",  "{{ctype} _scaled_num; ZKT_RET _rc = {struct}_{field}_get(handle, &_scaled_num); return _rc == ZKT_S_OK ? zkt_w_numeric_b{w}_to_string(_scaled_num, {p}, buf, buf_size) : _rc; }{nl}{nl}",                              "  ZKT_RET {field}_get_chars(char* buf, int buf_size);{nl}",                                          "{field}_get_chars(char* buf, int buf_size){nl}{ return {db}::{struct}_{field}_get_chars(this, buf, buf_size);{nl}} {nl}{nl}" },
+  { "_to_chars",   " ({ctype} scaled_num, char* buf, int buf_size)", "{ return zkt_w_numeric_b{w}_to_string(scaled_num, {p}, buf, buf_size); }{nl}{nl}",                                                                                                                                  "  static ZKT_RET {field}_to_chars({ctype} scaled_num, char* buf, int buf_size);{nl}",                "{field}_to_chars({ctype} scaled_num, char* buf, int buf_size){nl}{ return {db}::{struct}_{field}_to_chars(scaled_num, buf, buf_size);{nl}} {nl}{nl}" },
+  { "_put_chars",  " ( {struct} *handle, char const* buf)",          "{{ctype} _scaled_num;  ZKT_RET _rc = zkt_w_numeric_b{w}_from_string(&_scaled_num, {p}, buf); return _rc == ZKT_S_OK ? {struct}_{field}_put(handle, _scaled_num) : _rc; }{nl}{nl}",                                 "  ZKT_RET {field}_put_chars(char const* buf);{nl}",                                                  "{field}_put_chars(char const* buf){nl}{ return {db}::{struct}_{field}_put_chars(this, buf); {nl}} {nl}{nl}" },
+  { "_from_chars", " ( {ctype}* scaled_num, char const* buf)",       "{ return zkt_w_numeric_b{w}_from_string(scaled_num, {p}, buf); }{nl}{nl}",                                                                                                                                        "  static ZKT_RET {field}_from_chars({ctype}& scaled_num, char const* buf);{nl}",                      "{field}_from_chars({ctype}& scaled_num, char const* buf){nl}{ return {db}::{struct}_{field}_from_chars(&scaled_num, buf); {nl}} {nl}{nl}" },
+};
+
+const char kSequenceParams[] = " ( zkt_trans_t trans, /*OUT*/zkt_seq_iterator_h seq )";
+const char kSequenceBody[]   = "{ return zkt_w_seq_sequence_{ctype}(trans, {code}, {off}, seq); }{nl}{nl}";
+const char kSequenceDecl[]   = "static Sequence<{ctype}> {field}_sequence(zkt_trans_h trans);{nl}";
+const char kSequenceDef[]    = "inline Sequence<{ctype}> {struct}::{field}_sequence(zkt_trans_h trans){nl}{ Sequence<{ctype}> seq; ZKT_CPP_CHECK({db}::{struct}_{field}_sequence(trans, seq.iter)); return seq; }{nl}{nl}";
+
+const char kGetParams[] = " ( {struct} *handle, /*OUT*/ {ctype} * result)";
+const char* const kGetBody[2][2] = {
+  //  two offsets                                                                                                                          one offset
+  { " return {g}2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no},result);{nl}}{nl}{nl}",                                                  " return {g}( (zkt_objhandle_h) handle, {uoff}, {no}, result);{nl}}{nl}{nl}" },  // no enum; "{no},result" has no blank on purpose
+  { "{ {etype} temp; ZKT_RET rc = {g}2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, &temp);{nl}  *result = ({ctype}) temp; return rc; }{nl}}{nl}{nl}", "{ {etype} temp; ZKT_RET rc = {g}( (zkt_objhandle_h) handle, {uoff}, {no}, &temp);{nl}  *result = ({ctype}) temp; return rc; }{nl}}{nl}{nl}" },  // enum
+};
+// A scalar of a direct struct is copied as bytes.
+const char kGetDirect[] = " return zkt_w_chars_get2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, (char*)result, sizeof(*result), {usize});{nl}}{nl}{nl}";
+const char kGetDecl[] = "  ZKT_RET {field}_get( {ctype} & result );{nl}";
+const char kGetDef[]  = "{field}_get ( {ctype} & result ){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_get(this, &result); return ret_;{nl}} {nl}{nl}";
+
+// The property struct that makes a field usable like a variable.
+const char kPropertyGet[] = "  struct { {nl}    {struct}* handle_;{nl}    operator  {ctype}() const {{nl}      {ctype} val_;{nl}      ZKT_CPP_CHECK({struct}_{field}_get(handle_, &val_));{nl}      return val_;{nl}    }{nl}";
+const char kPropertyPut[] = "    {ctype} operator=({ctype} val_) {{nl}      ZKT_CPP_CHECK({struct}_{field}_put(handle_, val_));{nl}      return val_;{nl}    }{nl}";
+const char kPropertyEnd[] = "  } {field};{nl}{nl}";
+
+const char kPutParams[] = " ( {struct} *handle, {ctype} value )";
+const char* const kPutBody[3][2] = {
+  //  two offsets                                                                                                                                       one offset
+  { " return {p}2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, {idx}, {cast} value{evarg});{nl}}{nl}{nl}",                                          " return {p}( (zkt_objhandle_h) handle, {uoff}, {no}, {idx}, {cast} value{evarg});{nl}}{nl}{nl}" },                                          // plain
+  { " return {p}2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, {idx}, ({etype}) value{evarg});{nl}}{nl}{nl}",                                       " return {p}( (zkt_objhandle_h) handle, {uoff}, {no}, {idx}, ({etype}) value{evarg});{nl}}{nl}{nl}" },                                       // enum
+  { "{ union { float f; uint4 i; } u; u.f = value; return {p}2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, {idx}, u.i{evarg}); }{nl}}{nl}{nl}",    "{ union { float f; uint4 i; } u; u.f = value; return {p}( (zkt_objhandle_h) handle, {uoff}, {no}, {idx}, u.i{evarg}); }{nl}}{nl}{nl}" },  // float
+};
+// {tail} is ", " with its first {ev} characters skipped, so the event number
+// itself never appears: intended, keep it.
+const char* const kPutDirect[2] = {
+  " return zkt_w_chars_put2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, (char*)&value, sizeof(value), {usize}, {idx}{tail});{nl}}{nl}{nl}",     // no event
+  " return zkt_w_chars_put_ev2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, (char*)&value, sizeof(value), {usize}, {idx}{tail});{nl}}{nl}{nl}",  // update event
+};
+const char kPutDecl[] = "  ZKT_RET {field}_put( {ctype} value );{nl}";
+const char kPutDef[]  = "{field}_put( {ctype} value ){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_put(this, value); return ret_; {nl}} {nl}{nl}";
+// clang-format on
+
+enum PutCase { PUT_PLAIN = 0, PUT_ENUM = 1, PUT_FLOAT = 2 };
+
+// The tail of a direct struct's put for event ev. Above 2 it would point past
+// the text: it is empty there.
+mstring directPutTail(int ev) {
+  static const char kTail[] = ", ";
+  if (ev < 0 || ev > 2) return mstring();
+  return mstring(kTail + ev);
+}
+
+// The property struct's constructor hooks up the fields of these categories.
+bool hasPropertyStruct(const Field& f) {
+  switch (f.m_pstruct->m_category) {
+    case ET_SIMPLE:
+    case ET_CHARS:
+    case ET_STRING:
+    case ET_AUTOID:
+    case ET_BINARY:
+    case ET_VARBINARY:
+      return true;
+    case ET_STRUCT:
+    case ET_BLOB:
+    case ET_REF:
+    case ET_VERSION:
+    case ET_AUTOOID:
+    case ET_UNICODE_CHARS:
+    case ET_UNICODE_STRING:
+    case ET_DIRECT_STRUCT:
+    case ET_WIDE_CHARS:
+    case ET_WCHAR_STRING:
+    case ET_SEQUENCE:
+      return false;
+  }
+  throw "unknown case";
+}
+
+// The stored size of a scalar: a size known only as text counts by the
+// number it replaced.
+int elementSize(const Field& f) {
+  const FSize& size = f.m_u_layout->m_size;
+  return size.is_str() ? size.m_calc_type_size : size.m_size_n;
+}
+
+// The cast in front of a value that is put: a value of 1 to 4 bytes travels
+// as an unsigned integer of its size, an 8-byte value by its address.
+mstring putCast(int size) {
+  const char* cast = simple_put_cast(size);
+  if (cast == nullptr) return mstring();
+  if (size == 8) return mstring(cast);
+  return "(" + mstring(cast) + ")";
+}
+
+}  // namespace
+
+void GenOutput::fieldFrag(const Struct& s, const Class* c, const Field& f, bool indexed, int ev, Frag& fr) const {
+  const Struct& t = *f.m_pstruct;
+  fr.set("struct", s.m_name);
+  fr.set("field", f.m_name);
+  fr.set("ctype", t.m_cType);
+  fr.set("tname", t.m_name);
+  fr.set("uoff", (const mstring&)f.m_u_layout->m_offset);
+  fr.set("coff", (const mstring&)f.m_c_layout->m_offset);
+  fr.set("usize", (const mstring&)f.m_u_layout->m_size);
+  fr.set("esize", (const mstring&)t.m_layout.u.m_size);
+  fr.set("no", (long)f.m_no);
+  fr.set("n", (long)f.m_arraySize);
+  fr.set("idx", mstring(indexed ? "1" : "0"));
+  fr.set("ev", (long)ev);
+  fr.set("evarg", ev >= 0 ? ", " + UT::n2s(ev) : mstring());
+  fr.set("db", m_sc.m_dbname);
+  if (c != nullptr) fr.set("code", (long)c->m_classCode);  // plain, even when mergeable
+  fr.set("nl", mstring("\n"));
+}
+
+void GenOutput::output(Struct& s, Class* c) {
+  if (s.m_category != ET_STRUCT && s.m_category != ET_DIRECT_STRUCT) return;
+  if (s.m_category == ET_DIRECT_STRUCT) outputDirectStructFunctions(s);
+  if (s.m_suppressApi) return;
+
+  for (unsigned int i = 0; i < s.v_field.size(); i++) {
+    Field& f = s.v_field[i];
+    if (f.m_isHidden) continue;
+    const mstring base = s.m_name + "_" + f.m_name;
+    *m_h << "\n";
+    const bool indexed = c != nullptr && c->fieldIsIndexed(f);
+    const char* const idx = indexed ? "1" : "0";
+    if (f.m_isOptional) {
+      output_optional_field(s, c, f, base);
+      continue;
+    }
+    if (f.m_isVector) {
+      output_vector_field(s, c, f, base, idx);
+      continue;
+    }
+    if (f.m_isArray) {
+      if (f.m_isRTreeRect)
+        output_spatial_field(s, c, f, base, idx, "rect");
+      else if (f.m_isRTreePoint)
+        output_spatial_field(s, c, f, base, idx, "point");
+      else
+        output_array_field(s, c, f, base, idx);
+      continue;
+    }
+
+    // A field's own update event wins over the class's; only the former
+    // marks the managed member.
+    int ev = c != nullptr ? c->getUpdateEvent(&s, f) : -1;
+    if (ev >= 0) outputEventAttribute(*c, ev);
+    if (ev == -1 && c != nullptr) ev = c->getClassUpdateEvent();
+    Frag fr;
+    fieldFrag(s, c, f, indexed, ev, fr);
+    outputPlainField(s, c, f, ev, fr);
+  }
+
+  if (!m_gen_smartptr) return;
+  Frag fr;
+  fr.set("struct", s.m_name).set("nl", mstring("\n"));
+  mstring ctor = fr.fill(kSmartCtorHead);
+  for (unsigned int i = 0; i < s.v_field.size(); i++) {
+    const Field& f = s.v_field[i];
+    if (!f.m_isHidden && hasPropertyStruct(f)) ctor += fr.set("field", f.m_name).fill(kSmartCtorField);
+  }
+  cppMember(ctor + fr.fill(kSmartCtorEnd), mstring());
+}
+
+void GenOutput::outputPlainField(Struct& s, Class* c, Field& f, int ev, Frag& fr) {
+  switch (f.m_pstruct->m_category) {
+    case ET_SIMPLE:
+    case ET_AUTOID:
+      return outputScalarField(s, c, f, ev, fr);
+    case ET_CHARS:
+    case ET_BINARY:
+      return outputCharsField(s, c, f, fr);
+    case ET_STRING:
+    case ET_VARBINARY:
+      return outputStringField(s, c, f, fr);
+    case ET_UNICODE_CHARS:
+      return outputUnicodeCharsField(s, c, f, fr);
+    case ET_UNICODE_STRING:
+      return outputUnicodeStringField(s, c, f, fr);
+    case ET_BLOB:
+      return outputBlobField(s, c, f, fr);
+    case ET_REF:
+      return outputRefField(s, c, f, fr);
+    case ET_STRUCT:
+    case ET_DIRECT_STRUCT:
+      return outputStructField(s, c, f, fr);
+    case ET_SEQUENCE:
+      return outputSequenceField(s, c, f, fr);
+    case ET_VERSION:
+    case ET_AUTOOID:
+      return;  // nothing to access
+    case ET_WIDE_CHARS:
+    case ET_WCHAR_STRING:
+      break;  // refused by the analysis
+  }
+  throw "unknown case";
+}
+
+void GenOutput::outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& fr) {
+  const mstring base = s.m_name + "_" + f.m_name;
+  const mstring hpp = hppClass(s.m_name);
+  const bool autoid = f.m_pstruct->m_category == ET_AUTOID;
+  const int width = s.m_maxFuncName;
+
+  if (f.m_precision >= 0) {
+    int w = f.m_u_layout->m_size;
+    if (w == 0) w = f.dict_info(true).size;
+    if (w == 0) throw "unknown element size";
+    fr.set("w", (long)w).set("p", (long)f.m_precision);
+    for (const NumericFunction& fn : kNumericFunctions) {
+      cFunction(base + fn.suffix, width, fr.fill(fn.params), fr.fill(fn.body));
+      cppMethod(hpp, fr.fill(fn.decl), fr.fill(fn.def));
+    }
+  }
+
+  if (c != nullptr && c->m_sequences) {
+    fr.set("off", c->m_compact ? (const mstring&)f.m_c_layout->m_offset : (const mstring&)f.m_u_layout->m_offset);
+    cFunction(base + "_sequence", width, fr.fill(kSequenceParams), fr.fill(kSequenceBody));
+    cppMember(fr.fill(kSequenceDecl), fr.fill(kSequenceDef));
+  }
+
+  // The wrapper: by size, a bit for a boolean, the event form when the field
+  // raises an event; the two-offset form where the layouts differ.
+  const int size = elementSize(f);
+  const bool boolean = f.m_eltype == "boolean";
+  const bool isEnum = f.m_penum != nullptr;
+  const bool direct = f.m_containerStruct != nullptr && f.m_containerStruct->m_isDirectStruct;
+  if (!s.m_isDirectStruct) {
+    fr.set("g", mstring(boolean ? "zkt_w_bit_get" : simple_get_accessor_name(size)));
+    fr.set("p", mstring(boolean ? (ev >= 0 ? "zkt_w_bit_put_ev" : "zkt_w_bit_put") : simple_put_accessor_name(size, ev >= 0)));
+    fr.set("cast", putCast(size));
+    if (isEnum) fr.set("etype", mstring(enum_int_type(size)));
+  }
+  const bool differ = !(f.m_u_layout->m_offset == f.m_c_layout->m_offset);
+  const int form = differ || (!isEnum && boolean) ? 0 : 1;  // column of the body tables
+
+  mstring get = "{";
+  if (f.m_isNullable) get += fr.fill(kGetGuard);
+  get += fr.fill(direct ? kGetDirect : kGetBody[isEnum ? 1 : 0][form]);
+  cFunction(base + "_get", width, fr.fill(kGetParams), get);
+  if (!autoid) outputManagedMember(s, f, fr);
+  cppMethod(hpp, fr.fill(kGetDecl), fr.fill(kGetDef));
+  if (m_gen_smartptr) {
+    mstring prop = fr.fill(kPropertyGet);
+    if (!autoid) prop += fr.fill(kPropertyPut);
+    cppMember(prop + fr.fill(kPropertyEnd), mstring());
+  }
+
+  if (s.m_hasSequences && f.m_isUnique) outputScalarTop(s, f, fr);
+  if (autoid) return;
+
+  // The float test comes first; an enum float takes the float form.
+  const PutCase putCase = f.m_pstruct->m_cType == "float" ? PUT_FLOAT : isEnum ? PUT_ENUM : PUT_PLAIN;
+  const int putForm = differ || (putCase != PUT_ENUM && boolean) ? 0 : 1;
+  mstring put = "{";
+  if (f.m_isNullable) put += fr.fill(kPutGuard);
+  if (direct) {
+    fr.set("tail", directPutTail(ev));
+    put += fr.fill(kPutDirect[ev >= 0 ? 1 : 0]);
+  } else {
+    put += fr.fill(kPutBody[putCase][putForm]);
+  }
+  cFunction(base + "_put", width, fr.fill(kPutParams), put);
+  cppMethod(hpp, fr.fill(kPutDecl), fr.fill(kPutDef));
+}
