@@ -496,9 +496,10 @@ pairstrings split2(const mstring& s) {
 
 int imax(int a, int b) { return a > b ? a : b; }
 
-bool nameBeg(char c) { return c == '_' || isalpha((unsigned char)c); }
+// Letters are the ASCII ones: the compiler never sets a locale.
+bool nameBeg(char c) { return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool nameBeg(char c, char prev) { return prev != '0' && nameBeg(c); }
-bool nameCont(char c) { return c == '_' || isalpha((unsigned char)c) || (c >= '0' && c <= '9'); }
+bool nameCont(char c) { return nameBeg(c) || (c >= '0' && c <= '9'); }
 
 // The root directory "/" comes out as nothing, so a name joined to it is
 // relative: intended, and kept.
@@ -616,8 +617,7 @@ static bool isPlaceholderName(const char* b, const char* e) {
 mstring Frag::fill(const char* text) const {
   mstring res;
   const char* from = text;
-  for (const char* s = text; *s; s++) {
-    if (*s != '{') continue;
+  for (const char* s = strchr(text, '{'); s != nullptr; s = strchr(s + 1, '{')) {
     const char* e = s + 1;
     while (*e && UT::nameCont(*e)) e++;
     if (*e != '}' || !isPlaceholderName(s + 1, e)) continue;
