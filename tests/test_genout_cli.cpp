@@ -89,8 +89,10 @@ TEST(GenOutputCli, WritesExactlyTheFilesOfTheOptions) {
       {kUserCode, {"-suppress-api", "k"}, {"d.c", "d.h", "d_udf.c"}},
       {kUserCode, {"-suppress-api", ""}, {"d.c", "d.h"}},
   };
+  bool first = true;
   for (const FilesCase& c : cases) {
     for (const char* outOpt : {"out", "out/"}) {
+      if (!first && outOpt[3] == '/') continue;  // a trailing slash once is enough
       TempDir dir;
       ASSERT_EQ(mkdir((dir.path + "/out").c_str(), 0755), 0);
       Names opts{"-o", outOpt};
@@ -103,6 +105,7 @@ TEST(GenOutputCli, WritesExactlyTheFilesOfTheOptions) {
       EXPECT_EQ(listDir(dir.path + "/out"), c.files) << what;
       EXPECT_EQ(listDir(dir.path), (Names{"out", "x.sch"})) << what;
     }
+    first = false;
   }
 }
 
@@ -146,17 +149,9 @@ struct LayoutErrorCase {
 // An error during layout closes and removes the outputs of the database;
 // the C# file is not among them.
 TEST(GenOutputCli, LayoutErrorsRemoveTheOutputsButTheCsFile) {
+  // Each message is checked in the layout tests; here the way out.
   const LayoutErrorCase cases[] = {
       {"declare database d;\ncompact class big { char<65536> a; };\n", "Class big is too large to be compact"},
-      {"declare database d;\ndeclare oid K[10];\nstruct In { signed<4> x; };\nstruct K { In i; };\n"
-       "class c { oid; signed<4> a; };\n",
-       "Nested structure in oid"},
-      {"declare database d;\ndeclare oid K[10];\ndirect struct D { signed<4> x; };\nstruct K { D d; };\n"
-       "class c { oid; signed<4> a; };\n",
-       "Variable-length field in oid"},
-      // Sizes beyond the range of int: a sum of fields, an array product.
-      {"declare database d;\nstruct S { char<2000000000> a; char<2000000000> b; };\nclass c { signed<4> a; };\n",
-       "Struct S is too large"},
       {"declare database d;\nstruct E { signed<4> x; char<40000> y; };\nclass c { E a[65535]; };\n",
        "Struct c is too large"},
   };
