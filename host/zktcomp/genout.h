@@ -175,6 +175,18 @@ public:
   void outputPlainField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
   // get, put and their companions of a scalar or auto id field.
   void outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+  // The accessors of character fields, ev being the update event or -1:
+  // char<n> and binary<n>; string and varbinary; nchar<n>; nstring.
+  void outputCharsField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+  void outputStringField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+  void outputUnicodeCharsField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+  void outputUnicodeStringField(Struct& s, Class* c, Field& f, int ev, Frag& fr);
+  // get, put and their companions of a fixed-size character field; only the
+  // narrow ones (not wide) have _sequence and a property struct.
+  void outputFixedCharsField(Struct& s, Class* c, Field& f, int ev, Frag& fr, bool wide);
+  // get, size, put and their companions of a variable-size character field;
+  // only the narrow ones have a property struct.
+  void outputVarCharsField(Struct& s, Field& f, int ev, Frag& fr, bool wide);
 
   // ---- per-field families that later parts of the generator fill
   void outputManagedClassHead(Class&) {}  // attributes, indexes, events, "public class"
@@ -188,10 +200,10 @@ public:
   void output_spatial_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/,
                             const char* /*kind*/) {}
   void output_array_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/) {}
-  void outputCharsField(Struct&, Class*, Field&, Frag&) {}          // char<n>, binary<n>
-  void outputStringField(Struct&, Class*, Field&, Frag&) {}         // string, varbinary
-  void outputUnicodeCharsField(Struct&, Class*, Field&, Frag&) {}   // nchar<n>
-  void outputUnicodeStringField(Struct&, Class*, Field&, Frag&) {}  // nstring
+  // {struct}_{field}_top of a fixed or variable character key; ch is "char"
+  // or "nchar_t".
+  void genCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
+  void genVarCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
   void outputBlobField(Struct&, Class*, Field&, Frag&) {}
   void outputRefField(Struct&, Class*, Field&, Frag&) {}
   void outputStructField(Struct&, Class*, Field&, Frag&) {}  // a member struct or direct struct

@@ -1,4 +1,4 @@
-// Field accessors: the frame that walks the fields of a struct or class and the accessors of scalar fields.
+// Field accessors: the frame that walks the fields of a struct or class and the accessors of scalar, character and string fields.
 #include "genout.h"
 
 namespace {
@@ -198,14 +198,14 @@ void GenOutput::outputPlainField(Struct& s, Class* c, Field& f, int ev, Frag& fr
       return outputScalarField(s, c, f, ev, fr);
     case ET_CHARS:
     case ET_BINARY:
-      return outputCharsField(s, c, f, fr);
+      return outputCharsField(s, c, f, ev, fr);
     case ET_STRING:
     case ET_VARBINARY:
-      return outputStringField(s, c, f, fr);
+      return outputStringField(s, c, f, ev, fr);
     case ET_UNICODE_CHARS:
-      return outputUnicodeCharsField(s, c, f, fr);
+      return outputUnicodeCharsField(s, c, f, ev, fr);
     case ET_UNICODE_STRING:
-      return outputUnicodeStringField(s, c, f, fr);
+      return outputUnicodeStringField(s, c, f, ev, fr);
     case ET_BLOB:
       return outputBlobField(s, c, f, fr);
     case ET_REF:
@@ -291,4 +291,163 @@ void GenOutput::outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& f
   }
   cFunction(base + "_put", width, fr.fill(kPutParams), put);
   cppMethod(hpp, fr.fill(kPutDecl), fr.fill(kPutDef));
+}
+
+namespace {
+
+// clang-format off
+// What differs between narrow and wide characters: the character type, the
+// fixed-size and the variable-size wrapper families.
+struct CharFamily {
+  const char* ch;
+  const char* fw;
+  const char* vw;
+};
+const CharFamily kCharFamilies[2] = {
+  //  {ch}       {fw}            {vw}
+  { "char",    "zkt_w_chars",  "zkt_w_string" },   // narrow
+  { "nchar_t", "zkt_w_nchars", "zkt_w_nstring" },  // wide
+};
+
+// The declaration takes a second parameter that the definition lacks: intended, keep it.
+const char kCharSequenceParams[] = " ( zkt_trans_t trans, /*OUT*/zkt_seq_iterator_h seq )";
+const char kCharSequenceBody[]   = "{ return zkt_w_seq_sequence_char(trans, {code}, {off}, seq, {usize}); }{nl}{nl}";
+const char kCharSequenceDecl[]   = "static Sequence< Char<{usize}> > {field}_sequence(zkt_trans_h trans, zkt_seq_iterator_h seq);{nl}";
+const char kCharSequenceDef[]    = "inline Sequence< Char<{usize}> > {struct}::{field}_sequence(zkt_trans_h trans){nl}{ Sequence< Char<{usize}> > seq; ZKT_CPP_CHECK({db}::{struct}_{field}_sequence(trans, seq.iter)); return seq; }{nl}{nl}";
+
+const char kFixedGetParams[] = " ( {struct} *handle, /*OUT*/ {ch} * dest, uint2 dest_size)";
+const char* const kFixedGetBody[2] = {
+  " return {fw}_get2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, dest, dest_size, {usize});{nl}}{nl}{nl}",  // offsets differ
+  " return {fw}_get( (zkt_objhandle_h) handle, {uoff}, {no}, dest, dest_size, {usize});{nl}}{nl}{nl}",            // offsets equal
+};
+const char kFixedGetDecl[] = "  ZKT_RET {field}_get({ch} * dest, uint2 dest_size);{nl}";
+const char kFixedGetDef[]  = "{field}_get({ch} * dest, uint2 dest_size){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_get(this,dest,dest_size); return ret_; {nl}}{nl}{nl}";
+
+// The property struct of char<n> and binary<n>: a std::string or a Char<n>
+// both ways. The literal '\\0' writes the four characters of a C char
+// literal, as the generated C++ needs them.
+const char* const kFixedProperty[] = {
+  "  struct { {nl}    {struct}* handle_;{nl}",
+  "    operator std::string() const {{nl}      std::string str_({usize}, '\\0');{nl}      ZKT_CPP_CHECK({struct}_{field}_get(handle_, &str_[0], {usize}));{nl}      return str_;{nl}    }{nl}",
+  "    operator Char<{usize}>() const {{nl}      Char<{usize}> chars_;{nl}      ZKT_CPP_CHECK({struct}_{field}_get(handle_, chars_.body, {usize}));{nl}      return chars_;{nl}    }{nl}",
+  "    std::string const& operator=(std::string const& str_) {{nl}      ZKT_CPP_CHECK({struct}_{field}_put(handle_, str_.data(), (uint2)str_.size()));{nl}      return str_;{nl}    }{nl}",
+  "    Char<{usize}> const& operator=(Char<{usize}> const& str_) {{nl}      ZKT_CPP_CHECK({struct}_{field}_put(handle_, str_.body, {usize}));{nl}      return str_;{nl}    }{nl}",
+  "  } {field};{nl}{nl}",
+};
+
+// The put signature ends in a blank, and its cast has no blank before
+// "handle", unlike the get's: both intended.
+const char kFixedPutParams[] = " ( {struct} *handle, const {ch} * src, uint2 len) ";
+const char* const kFixedPutBody[2][2] = {
+  //  no event                                                                                                        update event
+  { " return {fw}_put2( (zkt_objhandle_h)handle, {uoff}, {coff}, {no}, src, len, {usize}, {idx}{evarg});{nl}}{nl}{nl}", " return {fw}_put_ev2( (zkt_objhandle_h)handle, {uoff}, {coff}, {no}, src, len, {usize}, {idx}{evarg});{nl}}{nl}{nl}" },  // offsets differ
+  { " return {fw}_put( (zkt_objhandle_h)handle, {uoff}, {no}, src, len, {usize}, {idx}{evarg});{nl}}{nl}{nl}",           " return {fw}_put_ev( (zkt_objhandle_h)handle, {uoff}, {no}, src, len, {usize}, {idx}{evarg});{nl}}{nl}{nl}" },            // offsets equal
+};
+const char kFixedPutDecl[] = "  ZKT_RET {field}_put( const {ch} * src, uint2 len );{nl}";
+const char kFixedPutDef[]  = "{field}_put( const {ch} * src, uint2 len ){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_put(this,src, len); return ret_; {nl}}{nl}{nl}";
+
+// A variable-size field always takes both offsets.
+const char kVarGetParams[] = " ( {struct} *handle, /*OUT*/ {ch} * dest, uint2 dest_size, /*OUT*/ uint2 * len)";
+const char kVarGetBody[]   = " return {vw}_get2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, dest, dest_size, len); {nl}}{nl}{nl}";
+const char kVarGetDecl[]   = "  ZKT_RET {field}_get( {ch} * dest, uint2 dest_size, uint2 & len);{nl}";
+const char kVarGetDef[]    = "{field}_get( {ch} * dest, uint2 dest_size, uint2 & len){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_get(this, dest, dest_size, &len); return ret_; {nl}}{nl}{nl}";
+
+const char kVarSizeParams[] = " ( {struct} *handle, /*OUT*/ uint2 *result)";
+const char kVarSizeBody[]   = " return {vw}_len2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, result); {nl}}{nl}{nl}";
+const char kVarSizeDecl[]   = "  ZKT_RET {field}_size(uint2 &result);{nl}";
+const char kVarSizeDef[]    = "{field}_size(uint2 &result){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_size(this, &result); return ret_;{nl}}{nl}{nl}";
+
+// The property struct of string and varbinary: a std::string both ways.
+const char kVarProperty[] = "  struct { {nl}    {struct}* handle_;{nl}    operator std::string() const {{nl}      std::string str_;{nl}      uint2 len_;{nl}      ZKT_CPP_CHECK({struct}_{field}_size(handle_, &len_));{nl}      str_.resize(len_);{nl}      ZKT_CPP_CHECK({struct}_{field}_get(handle_, &str_[0], len_, &len_));{nl}      return str_;{nl}    }{nl}    std::string const& operator=(std::string const& str_) {{nl}      ZKT_CPP_CHECK({struct}_{field}_put(handle_, str_.data(), (uint2)str_.size()));{nl}      return str_;{nl}    }{nl}  } {field};{nl}{nl}";
+
+const char kVarPutParams[] = " ( {struct} *handle, const {ch} * src, uint2 len)";
+const char* const kVarPutBody[2] = {
+  " return {vw}_put2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, src, len, {idx}{evarg});{nl}}{nl}{nl}",     // no event
+  " return {vw}_put_ev2( (zkt_objhandle_h) handle, {uoff}, {coff}, {no}, src, len, {idx}{evarg});{nl}}{nl}{nl}",  // update event
+};
+const char kVarPutDecl[] = "  ZKT_RET {field}_put(const {ch} * src, uint2 len);{nl}";
+const char kVarPutDef[]  = "{field}_put(const {ch} * src, uint2 len){nl}{ ZKT_RET ret_ = {db}::{struct}_{field}_put(this,src,len); return ret_; {nl}} {nl}{nl}";
+// clang-format on
+
+// Sets {ch}, {fw} and {vw} of the narrow or the wide family.
+const CharFamily& charFrag(Frag& fr, bool wide) {
+  const CharFamily& fam = kCharFamilies[wide ? 1 : 0];
+  fr.set("ch", mstring(fam.ch)).set("fw", mstring(fam.fw)).set("vw", mstring(fam.vw));
+  return fam;
+}
+
+}  // namespace
+
+void GenOutput::outputCharsField(Struct& s, Class* c, Field& f, int ev, Frag& fr) {
+  outputFixedCharsField(s, c, f, ev, fr, false);
+}
+
+void GenOutput::outputUnicodeCharsField(Struct& s, Class* c, Field& f, int ev, Frag& fr) {
+  outputFixedCharsField(s, c, f, ev, fr, true);
+}
+
+void GenOutput::outputStringField(Struct& s, Class*, Field& f, int ev, Frag& fr) {
+  outputVarCharsField(s, f, ev, fr, false);
+}
+
+void GenOutput::outputUnicodeStringField(Struct& s, Class*, Field& f, int ev, Frag& fr) {
+  outputVarCharsField(s, f, ev, fr, true);
+}
+
+void GenOutput::outputFixedCharsField(Struct& s, Class* c, Field& f, int ev, Frag& fr, bool wide) {
+  const mstring base = s.m_name + "_" + f.m_name;
+  const mstring hpp = hppClass(s.m_name);
+  const int width = s.m_maxFuncName;
+  const CharFamily& fam = charFrag(fr, wide);
+
+  if (!wide && c != nullptr && c->m_sequences) {
+    fr.set("off", c->m_compact ? (const mstring&)f.m_c_layout->m_offset : (const mstring&)f.m_u_layout->m_offset);
+    cFunction(base + "_sequence", width, fr.fill(kCharSequenceParams), fr.fill(kCharSequenceBody));
+    cppMember(fr.fill(kCharSequenceDecl), fr.fill(kCharSequenceDef));
+  }
+
+  // Only the offsets choose the form; a boolean plays no part here.
+  const int form = f.m_u_layout->m_offset == f.m_c_layout->m_offset ? 1 : 0;
+  mstring get = "{";
+  if (f.m_isNullable) get += fr.fill(kGetGuard);
+  get += fr.fill(kFixedGetBody[form]);
+  cFunction(base + "_get", width, fr.fill(kFixedGetParams), get);
+  if (!wide && m_gen_smartptr) {
+    // Ahead of the get's declaration.
+    mstring prop;
+    for (const char* part : kFixedProperty) prop += fr.fill(part);
+    cppMember(prop, mstring());
+  }
+  cppMethod(hpp, fr.fill(kFixedGetDecl), fr.fill(kFixedGetDef));
+  outputManagedMember(s, f, fr);
+  genCharTopFunction(s, base, f, fam.ch);
+
+  mstring put = "{";
+  if (f.m_isNullable) put += fr.fill(kPutGuard);
+  put += fr.fill(kFixedPutBody[form][ev >= 0 ? 1 : 0]);
+  cFunction(base + "_put", width, fr.fill(kFixedPutParams), put);
+  cppMethod(hpp, fr.fill(kFixedPutDecl), fr.fill(kFixedPutDef));
+}
+
+void GenOutput::outputVarCharsField(Struct& s, Field& f, int ev, Frag& fr, bool wide) {
+  const mstring base = s.m_name + "_" + f.m_name;
+  const mstring hpp = hppClass(s.m_name);
+  const int width = s.m_maxFuncName;
+  const CharFamily& fam = charFrag(fr, wide);
+  const mstring getGuard = f.m_isNullable ? fr.fill(kGetGuard) : mstring();
+
+  cFunction(base + "_get", width, fr.fill(kVarGetParams), "{" + getGuard + fr.fill(kVarGetBody));
+  outputManagedMember(s, f, fr);
+  cppMethod(hpp, fr.fill(kVarGetDecl), fr.fill(kVarGetDef));
+
+  cFunction(base + "_size", width, fr.fill(kVarSizeParams), "{" + getGuard + fr.fill(kVarSizeBody));
+  cppMethod(hpp, fr.fill(kVarSizeDecl), fr.fill(kVarSizeDef));
+  if (!wide && m_gen_smartptr) cppMember(fr.fill(kVarProperty), mstring());
+  genVarCharTopFunction(s, base, f, fam.ch);
+
+  mstring put = "{";
+  if (f.m_isNullable) put += fr.fill(kPutGuard);
+  put += fr.fill(kVarPutBody[ev >= 0 ? 1 : 0]);
+  cFunction(base + "_put", width, fr.fill(kVarPutParams), put);
+  cppMethod(hpp, fr.fill(kVarPutDecl), fr.fill(kVarPutDef));
 }

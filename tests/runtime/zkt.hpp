@@ -2,6 +2,9 @@
 #ifndef ZKT_ZKT_HPP
 #define ZKT_ZKT_HPP
 
+#include <string>
+#include <vector>
+
 #include "zkt.h"
 
 // A failed call inside a C++ member throws its return code.
@@ -9,5 +12,18 @@ inline void zkt_cpp_check_(ZKT_RET rc) {
   if (rc != ZKT_S_OK) throw rc;
 }
 #define ZKT_CPP_CHECK(call) zkt_cpp_check_(call)
+
+// A char<n> or binary<n> value. Its body passes as char* both as x.body and
+// as &x.body, const or not.
+template <unsigned long N>
+struct Char {
+  struct Body {
+    char b[N];
+    operator char*() { return b; }
+    operator const char*() const { return b; }
+    char* operator&() { return b; }
+    const char* operator&() const { return b; }
+  } body;
+};
 
 #endif  // ZKT_ZKT_HPP

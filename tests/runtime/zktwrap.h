@@ -80,8 +80,10 @@ ZKT_RET zkt_w_chars_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs
                          zkt_size_t buf_size, zkt_size_t field_size);
 ZKT_RET zkt_w_chars_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* buf,
                          zkt_size_t buf_size, zkt_size_t field_size, int indexed);
+/* The event number follows the indexed flag; a direct struct's scalar put
+   may leave it out, so the rest is variadic. */
 ZKT_RET zkt_w_chars_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* buf,
-                            zkt_size_t buf_size, zkt_size_t field_size, int indexed);
+                            zkt_size_t buf_size, zkt_size_t field_size, int indexed, ...);
 
 /* Fixed-point numbers as text, by width in bytes. */
 ZKT_RET zkt_w_numeric_b1_to_string(int1 value, int precision, char* buf, int buf_size);
@@ -110,6 +112,44 @@ ZKT_SEQ_SEQUENCE_(zkt_date)
 ZKT_SEQ_SEQUENCE_(zkt_time)
 ZKT_SEQ_SEQUENCE_(autoid_t)
 #undef ZKT_SEQ_SEQUENCE_
+
+/* Character and string fields. Fixed sizes: one offset where both layouts
+   agree, else both; variable sizes: always both. */
+ZKT_RET zkt_w_chars_get(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, char* dest, zkt_size_t dest_size,
+                        zkt_size_t field_size);
+ZKT_RET zkt_w_chars_put(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, const char* src, zkt_size_t len,
+                        zkt_size_t field_size, int indexed);
+ZKT_RET zkt_w_chars_put_ev(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, const char* src, zkt_size_t len,
+                           zkt_size_t field_size, int indexed, int event_id);
+ZKT_RET zkt_w_nchars_get(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, nchar_t* dest, zkt_size_t dest_size,
+                         zkt_size_t field_size);
+ZKT_RET zkt_w_nchars_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, nchar_t* dest,
+                          zkt_size_t dest_size, zkt_size_t field_size);
+ZKT_RET zkt_w_nchars_put(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, const nchar_t* src, zkt_size_t len,
+                         zkt_size_t field_size, int indexed);
+ZKT_RET zkt_w_nchars_put_ev(zkt_objhandle_h h, zkt_offs_t offs, uint2 no, const nchar_t* src, zkt_size_t len,
+                            zkt_size_t field_size, int indexed, int event_id);
+ZKT_RET zkt_w_nchars_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const nchar_t* src,
+                          zkt_size_t len, zkt_size_t field_size, int indexed);
+ZKT_RET zkt_w_nchars_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const nchar_t* src,
+                             zkt_size_t len, zkt_size_t field_size, int indexed, int event_id);
+ZKT_RET zkt_w_string_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, char* dest,
+                          uint2 dest_size, uint2* len);
+ZKT_RET zkt_w_string_len2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, uint2* result);
+ZKT_RET zkt_w_string_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* src,
+                          uint2 len, int indexed);
+ZKT_RET zkt_w_string_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* src,
+                             uint2 len, int indexed, int event_id);
+ZKT_RET zkt_w_nstring_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, nchar_t* dest,
+                           uint2 dest_size, uint2* len);
+ZKT_RET zkt_w_nstring_len2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, uint2* result);
+ZKT_RET zkt_w_nstring_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const nchar_t* src,
+                           uint2 len, int indexed);
+ZKT_RET zkt_w_nstring_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no,
+                              const nchar_t* src, uint2 len, int indexed, int event_id);
+/* The values of a char<n> or binary<n> field over all objects of a class. */
+ZKT_RET zkt_w_seq_sequence_char(zkt_trans_t trans, uint2 class_code, zkt_offs_t offs, zkt_seq_iterator_h seq,
+                                zkt_size_t elem_size);
 
 #ifdef __cplusplus
 }
