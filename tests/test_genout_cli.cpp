@@ -204,3 +204,16 @@ TEST(GenOutputCli, DeepChainOfNestedStructsCompiles) {
 }
 
 }  // namespace
+
+namespace {
+
+// The bundled example compiles, and so does its C file.
+TEST(GenOutputCli, ExampleCompiles) {
+  TempDir dir;
+  ProcResult r = procutil::runProgram(
+      {kCompiler, "-o", dir.path, std::string(ZKT_SOURCE_DIR) + "/examples/example.sch"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(listDir(dir.path), (Names{"orders.c", "orders.h"}));
+}
+
+}  // namespace

@@ -240,6 +240,21 @@ TEST(Layout, RecursionGuard) {
   EXPECT_EQ(g.msg, "recursive definition of \"S\"");
 }
 
+// The oid's size is the sum of its struct's fields: a simple oid type has
+// none, so its size is 0, the class's fields start at 0, and a ref field
+// meets an unknown oid size.
+TEST(Layout, SimpleOidTypeHasNoSize) {
+  Generated g("declare database d;\ndeclare oid signed<4>[100];\nclass p { oid; signed<4> x; };");
+  ASSERT_TRUE(g.layout()) << g.msg;
+  EXPECT_EQ(g.schema().m_oid_sizeof_uplimit, 0u);
+  EXPECT_EQ(describe(g.cls("p")->m_layout.u), "x:0/4 =4 a4");
+  ProcResult r = procutil::runChild([] {
+    Generated h("declare database d;\ndeclare oid signed<4>[100];\nclass q { ref r; };");
+    h.layout();
+  });
+  EXPECT_EQ(r.err, "internal error: oid size unknown\n");
+}
+
 // A ref field before the oid size is known is an internal stop.
 TEST(Layout, OidSizeUnknownStops) {
   ProcResult r = procutil::runChild([] {
