@@ -54,6 +54,8 @@ const std::vector<KnownException> kKnownExceptions = {
     {"classes -hpp -smartptr", "unit.cpp", kPropertyLater},
     {"indexes -hpp -smartptr", "unit.cpp", kPropertyLater},
     {"listonly -hpp -smartptr", "unit.cpp", kPropertyLater},
+    {"arrays -hpp -smartptr", "unit.cpp",
+     "the property struct of a char or binary array has a stray \")\" in its loop head"},
 };
 
 // Warnings that the required text itself causes, where the text can't be
@@ -229,6 +231,31 @@ const std::string kForwardSchema =
     "class fwd { decimal<10,2> price; decimal<4,1> small; nullable signed<2> n; nullable double w;\n"
     "  unsigned<4> k; tree<k> by_k; };\n";
 
+// Every array and vector element family: struct, enum, boolean with a class
+// update event, scalars, fixed and variable characters, wide ones, references,
+// and a direct struct's simple arrays.
+const std::string kArraysSchema =
+    "declare database d;\n"
+    "declare oid K[4];\n"
+    "enum color { red, green = 5 };\n"
+    "struct K { unsigned<4> id; };\n"
+    "struct S5 { unsigned<1> a; unsigned<4> b; };\n"
+    "direct struct V { signed<4> y; signed<2> ys[3]; boolean bits[9]; };\n"
+    "class arr {\n"
+    "  oid;\n"
+    "  S5 s[2]; color e[3]; boolean b[4]; signed<4> i[3]; double d[2]; float f[2]; unsigned<8> u8[2];\n"
+    "  char<4> ch[2]; binary<4> bi[2]; string st[2]; varbinary vb[2]; nchar<3> nc[2]; nstring ns[2]; ref<arr> r[2];\n"
+    "  V v; signed<4> key; tree<key> by_key;\n"
+    "  list;\n"
+    "  event<update> up;\n"
+    "};\n"
+    "class vec {\n"
+    "  vector<S5> vs; vector<signed<4>> vi; vector<boolean> vbo; vector<color> ve; vector<double> vd;\n"
+    "  vector<char<4>> vc; vector<binary<4>> vbi; vector<string> vst; vector<varbinary> vvb;\n"
+    "  vector<ref<arr>> vr; vector<nchar<3>> vn; vector<nstring> vns;\n"
+    "  list;\n"
+    "};\n";
+
 struct SchemaCase {
   const char* name;
   const std::string& text;
@@ -244,7 +271,8 @@ const std::string kListOnlySchema =
 const SchemaCase kSchemas[] = {
     {"plain", kPlainSchema},     {"sequence", kSeqSchema},      {"objects", kObjectsSchema},
     {"indexes", kIndexSchema},   {"oddities", kIndexOddities},  {"listonly", kListOnlySchema},
-    {"classes", kClassesSchema}, {"scalars", kScalarsSchema},   {"forward", kForwardSchema}};
+    {"classes", kClassesSchema}, {"scalars", kScalarsSchema},   {"forward", kForwardSchema},
+    {"arrays", kArraysSchema}};
 
 class GenOutputCompile : public ::testing::Test {
 protected:
