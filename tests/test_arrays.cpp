@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,13 @@ using Names = std::vector<std::string>;
 const char kHead[] =
     "declare database d;\nenum color { red, green };\nstruct S5 { unsigned<1> a; unsigned<4> b; };\n"
     "struct K { unsigned<4> id; };\ndeclare oid K[4];\nclass q { oid; signed<4> z; list; };\n";
+
+std::string readText(const std::string& path) {
+  std::ifstream in(path);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
 
 // The C file of a debug compile: it holds the bodies.
 std::string cFile(const std::string& schema, Options o = Options()) {
@@ -225,6 +234,31 @@ TEST(Arrays, DefineBeforeBlobError) {
   EXPECT_NE(Generated::text(g.gen.m_h).find("#define p_b_length 2\n"), std::string::npos);
 }
 
+// Element categories that no schema puts into an array or vector, set on the
+// model: a sequence is an error, an auto id no case at all.
+TEST(Arrays, CategoriesWithoutBranch) {
+  for (bool vector : {false, true}) {
+    Generated g(vector ? "declare database d;\nclass p { vector<signed<4>> a; list; };"
+                       : "declare database d;\nclass p { signed<4> a[2]; list; };");
+    ASSERT_TRUE(g.run()) << g.msg;
+    Class& cls = *g.schema().findClass("p");
+    TypeCategory& cat = cls.v_field[0].m_pstruct->m_category;
+    cat = ET_SEQUENCE;
+    EXPECT_FALSE(g.attempt([&] { g.gen.output(cls, &cls); }));
+    EXPECT_EQ(g.msg, "Sequence cannot be element of an array") << vector;  // for a vector too: intended
+    // a vector of direct structs has no case either
+    for (TypeCategory other : {ET_AUTOID, ET_VERSION, vector ? ET_DIRECT_STRUCT : ET_AUTOOID}) {
+      cat = other;
+      try {
+        g.gen.output(cls, &cls);
+        ADD_FAILURE() << other;
+      } catch (const char* e) {
+        EXPECT_STREQ(e, "unknown case");
+      }
+    }
+  }
+}
+
 // Through the binary: the error on the console, exit 255, the outputs removed;
 // an empty array in a struct panics.
 TEST(Arrays, ConsoleErrors) {
@@ -250,6 +284,53 @@ TEST(Arrays, ConsoleErrors) {
     }
     std::filesystem::remove_all(dir);
   }
+}
+
+// Where the functions land and how they are decorated, through the binary:
+// release defines them inline in the header, -debug puts the prototypes in
+// the header and the bodies in the C file; -wchar changes nothing.
+TEST(Arrays, Placement) {
+  const std::string schema = "declare database d;\nclass p { signed<4> a[2]; list; };\nclass r { vector<nstring> v; list; };\n";
+  struct Case {
+    Names opts;
+    const char* header;  // a text of d.h
+    const char* cfile;   // a text of d.c, or nullptr for none of the field's functions
+  };
+  // clang-format off
+  const Case cases[] = {
+    { {},                   "( p *handle, uint2 index, /*OUT*/ int4 *result)\n{ return zkt_w_va_simple_e_get2( (zkt_objhandle_h)handle, 0, 0, 0, index, 4, result, 2);\n}\n\n", nullptr },
+    { {"-debug"},           "( p *handle, uint2 index, /*OUT*/ int4 *result);\n", "( p *handle, uint2 index, /*OUT*/ int4 *result)\n{ return zkt_w_va_simple_e_get2(" },
+    { {"-debug", "-dll"},   "ZKT_RET      ZKT_DLL_SPEC p_a_at", "ZKT_DLL_SPEC p_a_at" },
+    { {"-prefix"},          "( d_p *handle, uint2 index, /*OUT*/ int4 *result)\n{ return zkt_w_va_simple_e_get2(", nullptr },
+    { {"-mergeable"},       "( p *handle, uint2 index, /*OUT*/ int4 *result)\n{ return zkt_w_va_simple_e_get2( (zkt_objhandle_h)handle, 0, 0, 0, index, 4, result, 2);\n}\n\n", nullptr },
+  };
+  // clang-format on
+  const std::string dir = procutil::makeTempDir();
+  procutil::writeFile(dir + "/x.sch", schema);
+  int n = 0;
+  auto compile = [&](const Names& opts) {
+    const std::string out = dir + "/" + std::to_string(++n);
+    std::filesystem::create_directory(out);
+    Names argv{ZKT_COMPILER_PATH, "-o", out};
+    argv.insert(argv.end(), opts.begin(), opts.end());
+    argv.push_back(dir + "/x.sch");
+    EXPECT_EQ(procutil::runProgram(argv).status, 0);
+    return out;
+  };
+  for (const Case& c : cases) {
+    const std::string out = compile(c.opts);
+    const std::string h = gentest::maskTime(readText(out + "/d.h"));
+    const std::string cf = gentest::maskTime(readText(out + "/d.c"));
+    EXPECT_NE(h.find(c.header), std::string::npos) << c.header;
+    if (c.cfile == nullptr)
+      EXPECT_EQ(cf.find("_a_at"), std::string::npos);
+    else
+      EXPECT_NE(cf.find(c.cfile), std::string::npos) << c.cfile;
+  }
+  const std::string w2 = compile({"-wchar", "2", "-hpp"}), w4 = compile({"-wchar", "4", "-hpp"});
+  for (const char* f : {"/d.h", "/d.c", "/d.hpp"})
+    EXPECT_EQ(gentest::maskTime(readText(w2 + f)), gentest::maskTime(readText(w4 + f))) << f;
+  std::filesystem::remove_all(dir);
 }
 
 }  // namespace
