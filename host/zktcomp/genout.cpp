@@ -184,6 +184,15 @@ void GenOutput::cFunction(const mstring& name, int width, const mstring& params,
   *m_body << body;
 }
 
+void GenOutput::cFunctionDefines(const mstring& name, int width, const mstring& params, const mstring& defines,
+                                 const mstring& body) {
+  *m_def2 << inline_on_release() << UT::adjust("ZKT_RET", m_fmtRet) << " " << MF(name, width) << params;
+  *m_prot << ";" << "\n";
+  *m_def2 << "\n";
+  *m_prot << defines;
+  *m_body << body;
+}
+
 void GenOutput::cppMethod(const mstring& hpp, const mstring& decl, const mstring& def) {
   *m_hpp << decl;
   *m_hpp_tail << "inline" << "  ZKT_RET " << hpp << "::" << def;

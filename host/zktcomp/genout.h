@@ -38,6 +38,12 @@ struct StrParams {
 // m_body. createStreams decides where they lead: with m_debug the header
 // gets a prototype and the C file the definition; without it the header gets
 // an inline definition and the ";" goes nowhere.
+// The indicator guards of a nullable field's accessors (" uint1 indicator;
+// ..." and " ZKT_RET rc = ..._indicator_put(handle, 1); ..."), filled with
+// {struct} and {field}; each follows a body's opening "{".
+extern const char kGetGuard[];
+extern const char kPutGuard[];
+
 class GenOutput {
 public:
   Schema& m_sc;          // not owned
@@ -124,6 +130,11 @@ public:
   // A C++ member written as a whole: decl on m_hpp, def (may be empty) on
   // m_hpp_tail.
   void cppMember(const mstring& decl, const mstring& def);
+  // cFunction for a function whose prototype is followed by defines: ";" and
+  // a line end on m_prot, a line end on m_def2, defines on m_prot, body on
+  // m_body.
+  void cFunctionDefines(const mstring& name, int width, const mstring& params, const mstring& defines,
+                        const mstring& body);
   void outConstant(IOutStream* os, const mstring& name, int value);
   mstring nameWithPrefix(const mstring& name);
   void calculateFormating();
@@ -196,10 +207,13 @@ public:
   void outputDirectStructFunctions(Struct&) {}         // get_ptr, get_all, put_all
   void outputScalarTop(Struct&, Field&, Frag&) {}      // {struct}_{field}_top
   void output_optional_field(Struct&, Class*, Field&, const mstring& /*base*/) {}
-  void output_vector_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/) {}
+  // The accessors of a vector field: _size, _alloc and those of its elements.
+  void output_vector_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
   void output_spatial_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/,
                             const char* /*kind*/) {}
-  void output_array_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/) {}
+  // The accessors of an array field {field}[n], by element family, and its
+  // {struct}_{field}_length define.
+  void output_array_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
   // {struct}_{field}_top of a fixed or variable character key; ch is "char"
   // or "nchar_t".
   void genCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}

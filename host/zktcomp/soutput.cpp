@@ -1,6 +1,12 @@
 // Field accessors: the frame that walks the fields of a struct or class and the accessors of scalar, character and string fields.
 #include "genout.h"
 
+// What a nullable field's accessors do first; shared by every family.
+// clang-format off
+extern const char kGetGuard[] = " uint1 indicator; ZKT_RET rc = {struct}_{field}_indicator_get(handle, &indicator); if (rc != ZKT_S_OK) return rc; else if (!indicator) return ZKT_S_NULL_VALUE;";
+extern const char kPutGuard[] = " ZKT_RET rc = {struct}_{field}_indicator_put(handle, 1); if (rc != ZKT_S_OK) return rc;";
+// clang-format on
+
 namespace {
 
 // clang-format off
@@ -8,9 +14,6 @@ const char kSmartCtorHead[]  = "  {struct}() {{nl}";
 const char kSmartCtorField[] = "    {field}.handle_ = this;{nl}";
 const char kSmartCtorEnd[]   = "  }{nl}{nl}";
 
-// What a nullable field's accessors do first.
-const char kGetGuard[] = " uint1 indicator; ZKT_RET rc = {struct}_{field}_indicator_get(handle, &indicator); if (rc != ZKT_S_OK) return rc; else if (!indicator) return ZKT_S_NULL_VALUE;";
-const char kPutGuard[] = " ZKT_RET rc = {struct}_{field}_indicator_put(handle, 1); if (rc != ZKT_S_OK) return rc;";
 
 // The text form of a fixed-point number; {w} is its width, {p} its precision.
 struct NumericFunction {

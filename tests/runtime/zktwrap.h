@@ -151,6 +151,72 @@ ZKT_RET zkt_w_nstring_put_ev2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c
 ZKT_RET zkt_w_seq_sequence_char(zkt_trans_t trans, uint2 class_code, zkt_offs_t offs, zkt_seq_iterator_h seq,
                                 zkt_size_t elem_size);
 
+/* Arrays and vectors. Every wrapper takes the object, the field's two
+   offsets and its number first (ZKT_ELEM_), an array wrapper its length n
+   last. */
+#ifndef ZKT_S_NOTFOUND
+#define ZKT_S_NOTFOUND 2 /* the updated-bitmap scan found no further field */
+#endif
+#define ZKT_ELEM_ zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no
+ZKT_RET zkt_w_va_struct_e_get2(ZKT_ELEM_, zkt_objhandle_h elem, uint2 index, uint4 u_size, uint4 c_size, uint2 n);
+ZKT_RET zkt_w_va_struct_e_put2(ZKT_ELEM_, zkt_objhandle_h elem, uint2 index, uint4 u_size, uint4 c_size, int idx,
+                               uint2 n);
+ZKT_RET zkt_w_va_simple_e_get2(ZKT_ELEM_, uint2 index, uint4 esize, void* result, uint2 n);
+ZKT_RET zkt_w_va_simple_e_getrange2(ZKT_ELEM_, uint2 start, uint4 esize, uint4 num, void* dest, uint2 n, int is_enum);
+ZKT_RET zkt_w_va_simple_e_put2(ZKT_ELEM_, uint2 index, uint4 esize, int idx, const void* value, uint2 n);
+ZKT_RET zkt_w_va_simple_e_putrange2(ZKT_ELEM_, uint2 start, uint4 esize, uint4 num, int idx, const void* src, uint2 n,
+                                    int is_enum);
+ZKT_RET zkt_w_va_bit_e_get2(ZKT_ELEM_, uint2 index, uint1* result, uint2 n);
+ZKT_RET zkt_w_va_bit_e_getrange2(ZKT_ELEM_, uint2 start, uint2 num, uint1* dest, uint2 n);
+/* The boolean puts take the update event after n when there is one. */
+ZKT_RET zkt_w_va_bit_e_put2(ZKT_ELEM_, uint2 index, int idx, const uint1* value, uint2 n, ...);
+ZKT_RET zkt_w_va_bit_e_putrange2(ZKT_ELEM_, uint2 start, uint2 num, int idx, const uint1* src, uint2 n, ...);
+ZKT_RET zkt_w_va_chars_e_get2(ZKT_ELEM_, uint2 index, uint4 esize, char* dest, uint4 dest_size, uint2 n);
+ZKT_RET zkt_w_va_chars_e_put2(ZKT_ELEM_, uint2 index, uint4 esize, const char* src, uint4 len, int idx, uint2 n);
+ZKT_RET zkt_w_va_nchars_e_get2(ZKT_ELEM_, uint2 index, uint4 esize, nchar_t* dest, uint4 dest_size, uint2 n);
+ZKT_RET zkt_w_va_nchars_e_put2(ZKT_ELEM_, uint2 index, uint4 esize, const nchar_t* src, uint4 len, int idx, uint2 n);
+ZKT_RET zkt_w_va_string_e_get_len2(ZKT_ELEM_, uint2 index, uint2* retlen, uint2 n);
+ZKT_RET zkt_w_va_string_e_get2(ZKT_ELEM_, uint2 index, char* dest, uint2 dest_size, uint2* retlen, uint2 n);
+ZKT_RET zkt_w_va_string_e_put2(ZKT_ELEM_, uint2 index, const char* value, uint2 len, int idx, uint2 n);
+ZKT_RET zkt_w_va_nstring_e_get_len2(ZKT_ELEM_, uint2 index, uint2* retlen, uint2 n);
+ZKT_RET zkt_w_va_nstring_e_get2(ZKT_ELEM_, uint2 index, nchar_t* dest, uint2 dest_size, uint2* retlen, uint2 n);
+ZKT_RET zkt_w_va_nstring_e_put2(ZKT_ELEM_, uint2 index, const nchar_t* value, uint2 len, int idx, uint2 n);
+/* The name of field number fldno of the object's class. */
+ZKT_RET zkt_get_fieldname_by_fldno(zkt_objhandle_h h, uint2 fldno, char* dest, uint2 dest_size, uint2* len);
+
+ZKT_RET zkt_w_vector_size_get2(ZKT_ELEM_, uint2* result);
+ZKT_RET zkt_w_v_struct_e_get2(ZKT_ELEM_, zkt_objhandle_h elem, uint2 index);
+ZKT_RET zkt_w_v_struct_e_put2(ZKT_ELEM_, zkt_objhandle_h elem, uint2 index, uint4 u_size, uint4 c_size, uint4 u_align,
+                              uint4 c_align, int idx);
+ZKT_RET zkt_w_v_struct_e_erase2(ZKT_ELEM_, uint2 index, int idx);
+ZKT_RET zkt_w_v_struct_size_put2(ZKT_ELEM_, uint2 size, int idx);
+ZKT_RET zkt_w_v_simple_e_get2(ZKT_ELEM_, uint2 index, uint4 esize, void* result);
+ZKT_RET zkt_w_v_simple_e_getrange2(ZKT_ELEM_, uint2 start, uint4 esize, uint2 num, void* dest, int is_enum);
+ZKT_RET zkt_w_v_simple_e_put2(ZKT_ELEM_, uint2 index, uint4 esize, int idx, const void* value);
+ZKT_RET zkt_w_v_simple_e_putrange2(ZKT_ELEM_, uint2 start, uint4 esize, uint2 num, int idx, const void* src,
+                                   int is_enum);
+ZKT_RET zkt_w_v_simple_size_put2(ZKT_ELEM_, uint2 size, uint4 esize, int idx);
+ZKT_RET zkt_w_v_bit_e_get2(ZKT_ELEM_, uint2 index, uint1* result);
+ZKT_RET zkt_w_v_bit_e_getrange2(ZKT_ELEM_, uint2 start, uint2 num, uint1* dest);
+ZKT_RET zkt_w_v_bit_e_put2(ZKT_ELEM_, uint2 index, int idx, const uint1* value);
+ZKT_RET zkt_w_v_bit_e_putrange2(ZKT_ELEM_, uint2 start, uint2 num, int idx, const uint1* src);
+ZKT_RET zkt_w_v_bit_size_put2(ZKT_ELEM_, uint2 size);
+ZKT_RET zkt_w_v_chars_e_get2(ZKT_ELEM_, uint2 index, uint4 esize, char* dest, uint4 dest_size);
+ZKT_RET zkt_w_v_chars_e_put2(ZKT_ELEM_, uint2 index, uint4 esize, const char* src, uint4 len, int idx);
+ZKT_RET zkt_w_v_chars_size_put2(ZKT_ELEM_, uint2 size, uint4 esize, int idx);
+ZKT_RET zkt_w_v_nchars_e_get2(ZKT_ELEM_, uint2 index, uint4 esize, nchar_t* dest, uint4 dest_size);
+ZKT_RET zkt_w_v_nchars_e_put2(ZKT_ELEM_, uint2 index, uint4 esize, const nchar_t* src, uint4 len, int idx);
+ZKT_RET zkt_w_v_nchars_size_put2(ZKT_ELEM_, uint2 size, uint4 esize, int idx);
+ZKT_RET zkt_w_v_string_e_get_len2(ZKT_ELEM_, uint2 index, uint2* retlen);
+ZKT_RET zkt_w_v_string_e_get2(ZKT_ELEM_, uint2 index, char* dest, uint2 dest_size, uint2* retlen);
+ZKT_RET zkt_w_v_string_e_put2(ZKT_ELEM_, uint2 index, const char* value, uint2 len, int idx);
+ZKT_RET zkt_w_v_string_size_put2(ZKT_ELEM_, uint2 size, int idx);
+ZKT_RET zkt_w_v_nstring_e_get_len2(ZKT_ELEM_, uint2 index, uint2* retlen);
+ZKT_RET zkt_w_v_nstring_e_get2(ZKT_ELEM_, uint2 index, nchar_t* dest, uint2 dest_size, uint2* retlen);
+ZKT_RET zkt_w_v_nstring_e_put2(ZKT_ELEM_, uint2 index, const nchar_t* value, uint2 len, int idx);
+ZKT_RET zkt_w_v_nstring_size_put2(ZKT_ELEM_, uint2 size, int idx);
+#undef ZKT_ELEM_
+
 #ifdef __cplusplus
 }
 #endif
