@@ -1,6 +1,7 @@
 // Dictionary as C source: the text of both forms, and the compiled C dictionary against the in-memory one.
 #include <dirent.h>
 #include <dlfcn.h>
+#include <unistd.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -180,8 +181,15 @@ struct Compiled {
     const std::string lib = dir + "/" + db + ".so";
     // The sequence interface up front: a class declared with sequences names
     // it without a sequence field, when the header doesn't include it.
-    ProcResult r = procutil::runProgram({"/usr/bin/gcc", "-std=c99", "-shared", "-fPIC", "-w", "-I", kRuntime, "-I",
-                                         dir, "-include", "zktseq.h", dir + "/" + db + ".c", "-o", lib});
+    std::vector<std::string> argv = {"/usr/bin/gcc", "-std=c99", "-shared", "-fPIC",    "-w",
+                                     "-I",           kRuntime,  "-I",       dir,        "-include",
+                                     "zktseq.h",     dir + "/" + db + ".c"};
+    // The tables of user-defined index and collation functions name the stubs
+    // of the user-code files: they go in too where they exist.
+    for (const char* user : {"_udf.c", "_coll.c"})
+      if (access((dir + "/" + db + user).c_str(), F_OK) == 0) argv.push_back(dir + "/" + db + user);
+    argv.insert(argv.end(), {"-o", lib});
+    ProcResult r = procutil::runProgram(argv);
     if (r.status != 0) {
       err = r.err;
       return;

@@ -57,7 +57,10 @@ TEST(GenFrame, HeadsAndTailsAreTheExpectedFiles) {
     Generated g(c.schema, c.options);
     ASSERT_TRUE(g.run()) << g.msg;
     IOutStream* const streams[] = {g.gen.m_h, g.gen.m_c, g.gen.m_hpp, g.gen.m_udf, g.gen.m_coll};
-    EXPECT_EQ(gentest::maskTime(Generated::text(streams[c.stream])), expected(c.file)) << c.file;
+    std::string text = gentest::maskTime(Generated::text(streams[c.stream]));
+    // the user-code files go on with their stubs: only their head is the frame's
+    if (c.stream == UDF || c.stream == COLL) text = text.substr(0, expected(c.file).size());
+    EXPECT_EQ(text, expected(c.file)) << c.file;
   }
 }
 

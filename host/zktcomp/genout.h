@@ -44,6 +44,9 @@ struct StrParams {
 extern const char kGetGuard[];
 extern const char kPutGuard[];
 
+// The handler type of an event: "zkt_{name}_handler".
+mstring ehandler_name(const Event& e);
+
 class GenOutput {
 public:
   Schema& m_sc;          // not owned
@@ -156,9 +159,24 @@ public:
   mstring classCode(const Class& cls) const;
 
   // ---- steps that later parts of the generator fill
-  void outputCalculator() {}
-  void outputUserdef() {}
-  void outputCollation() {}
+  // {db}_get_calculator into the C file: null, or the table of the
+  // calculator's classes (whose names get the prefix here).
+  void outputCalculator();
+  // {db}_get_udfs: the table of user-defined index functions, their
+  // prototypes, key macros and stubs in the udf file; nothing when no class
+  // with such an index has an API.
+  void outputUserdef();
+  // {db}_get_collations likewise, stubs in the collation file.
+  void outputCollation();
+  // The table entries of user-defined index idx of cls; with an API also its
+  // prototypes, stubs and key macros.
+  void outputUserdefIndex(Class& cls, Index& idx);
+  // One function of a user-defined index: comment and stub in the udf file,
+  // prototype in the header, entry (fr's {udf} and the name) in the table.
+  void outputUserdefFunction(const char* comment, const mstring& signature, const mstring& name, const char* entry,
+                             Frag& fr);
+  // signature as prototype in the header, and with the stub body on os.
+  void userFunction(IOutStream* os, const mstring& signature);
   // The class-level functions of a visible class without a suppressed API.
   void outputClassFunctions(Class& cls);
   // The managed-language class head and end around the fields, the fields,
@@ -171,9 +189,18 @@ public:
   // {prefix}_{field}_from_cursor of segment number segment of idx, whose key
   // pointer type is type; {prefix} is {class}_{index}.
   void gen_direct_idx_fields(Class& cls, Index& idx, mstring prefix, mstring type, int segment);
-  void outputEvents(Class&) {}
-  void outputXmlRW(Class&) {}
-  void outputJsonW(Class&) {}
+  // Per event of cls: its number's define, handler type, register and
+  // unregister functions; C only.
+  void outputEvents(Class& cls);
+  // The XML functions and members of cls; none if one of its own fields is
+  // a wide character field.
+  void outputXmlRW(Class& cls);
+  // {class}_json_get and its member.
+  void outputJsonW(Class& cls);
+  // {class} {db} {cc} {nl} of the XML and JSON functions.
+  void memberFrag(const Class& cls, Frag& fr) const;
+  // cFunction with note written behind the prototype's ";".
+  void cFunctionNoted(const mstring& name, int width, const mstring& params, const char* note, const mstring& body);
   // The accessors of every visible field of struct or class s; c is the
   // class itself or null for a struct.
   void output(Struct& s, Class* c);

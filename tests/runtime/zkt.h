@@ -220,6 +220,34 @@ ZKT_RET zkt_w_classcode_byoid(zkt_trans_h t, const void* oid, uint2* class_code)
 #define fieldsz(type, field) sizeof(((type*)0)->field)
 #define structsz(type) sizeof(type)
 
+/* Events, XML and JSON, calculator, user-defined functions. */
+#ifndef NULLPTR
+#ifdef __cplusplus
+#define NULLPTR nullptr
+#else
+#define NULLPTR ((void*)0)
+#endif
+#endif
+
+typedef enum { ZKT_EVENT_NEW = 1, ZKT_EVENT_UPDATE = 2, ZKT_EVENT_DELETE = 3, ZKT_EVENT_DELETE_ALL = 4,
+               ZKT_EVENT_CHECKPOINT = 5 } ZKT_EVENT_TYPE;
+typedef enum { ZKT_AFTER_UPDATE = 0, ZKT_BEFORE_UPDATE = 1 } ZKT_HANDLING_ORDER;
+typedef int zkt_dict_type_t;
+typedef ZKT_RET (*zkt_generic_ev_handler)(zkt_trans_h t, void* obj, void* param);
+
+/* Writes nbytes of from to the stream of a writer; returns the bytes written. */
+typedef int (*zkt_stream_write)(void* stream_handle, const void* from, unsigned int nbytes);
+
+typedef struct zkt_calc_class_t_ {
+  const char* name;
+  uint4 nobjs;
+  uint2 class_code;
+} zkt_calc_class_t;
+typedef struct zkt_calculator_t_ {
+  zkt_calc_class_t* classes;
+  int nclasses;
+} zkt_calculator_t;
+
 #ifdef __cplusplus
 }
 #endif

@@ -75,6 +75,49 @@ ZKT_RET zkt_pattern_search(zkt_trans_h t, zkt_cursor_h c, void* allocated_patter
                            zkt_external_field_h keys);
 ZKT_RET zkt_pattern_next(zkt_trans_h t, zkt_cursor_h c, void* allocated_pattern, int flags);
 
+/* Events, XML and JSON, calculator, user-defined functions. */
+typedef uint4 zkt_hash_counter_t;
+
+/* Functions of a user-defined index; vb forms take the element index of a vector. */
+typedef int2 (*zkt_compare_userdef_f)(void* handle1, void* handle2);
+typedef int2 (*zkt_compare_userdef_vb_f)(void* handle1, uint2 index1, void* handle2, uint2 index2);
+typedef int2 (*zkt_compare_extkey_userdef_f)(void* handle, void** key);
+typedef int2 (*zkt_compare_extkey_userdef_vb_f)(void* handle, uint2 index, void** key);
+typedef zkt_hash_counter_t (*zkt_hash_userdef_f)(void* handle);
+typedef zkt_hash_counter_t (*zkt_hash_userdef_vb_f)(void* handle, uint2 index);
+typedef zkt_hash_counter_t (*zkt_hash_extkey_userdef_f)(void** key);
+typedef struct zkt_userdef_funcs_t_ {
+  struct {
+    uint4 flags;
+  } p;
+  union {
+    zkt_compare_userdef_f nvb;
+    zkt_compare_userdef_vb_f vb;
+  } fcomp;
+  union {
+    zkt_compare_extkey_userdef_f nvb;
+    zkt_compare_extkey_userdef_vb_f vb;
+  } fcomp_ext;
+  union {
+    zkt_hash_userdef_f nvb;
+    zkt_hash_userdef_vb_f vb;
+  } fhash;
+  union {
+    zkt_hash_extkey_userdef_f u;
+  } fhash_ext;
+} zkt_userdef_funcs_t;
+typedef zkt_userdef_funcs_t* zkt_userdef_funcs_h;
+
+/* Functions of a collation. */
+typedef struct zkt_collate_t_* zkt_collate_h;
+typedef int2 (*zkt_compare_collation_f)(zkt_collate_h c1, uint2 len1, zkt_collate_h c2, uint2 len2);
+typedef zkt_hash_counter_t (*zkt_hash_collation_f)(zkt_collate_h c, uint2 len);
+typedef struct zkt_collation_funcs_t_ {
+  zkt_compare_collation_f comp;
+  zkt_hash_collation_f hash;
+} zkt_collation_funcs_t;
+typedef zkt_collation_funcs_t* zkt_collation_funcs_h;
+
 #ifdef __cplusplus
 }
 #endif

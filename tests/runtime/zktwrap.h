@@ -217,6 +217,16 @@ ZKT_RET zkt_w_v_nstring_e_put2(ZKT_ELEM_, uint2 index, const nchar_t* value, uin
 ZKT_RET zkt_w_v_nstring_size_put2(ZKT_ELEM_, uint2 size, int idx);
 #undef ZKT_ELEM_
 
+/* Events, XML and JSON, calculator, user-defined functions. */
+ZKT_RET zkt_ev_h_register(zkt_trans_h t, zkt_generic_ev_handler handler, int event_id, void* param, uint2 before);
+ZKT_RET zkt_ev_h_unregister(zkt_trans_h t, zkt_generic_ev_handler handler, int event_id);
+ZKT_RET zkt_w_xml_get_object(zkt_objhandle_h handle, void* stream_handle, zkt_stream_write o_stream, uint2 class_code);
+ZKT_RET zkt_w_xml_put_object(zkt_objhandle_h handle, const char* xml, uint2 class_code);
+ZKT_RET zkt_w_xml_create_object(zkt_trans_h t, const char* xml, zkt_objhandle_h handle, uint2 class_code);
+ZKT_RET zkt_w_xml_schema(zkt_trans_h t, void* stream_handle, zkt_stream_write o_stream, uint2 class_code);
+ZKT_RET zkt_w_json_get_object(zkt_objhandle_h handle, void* stream_handle, zkt_stream_write o_stream,
+                              uint2 class_code);
+
 #ifdef __cplusplus
 }
 #endif

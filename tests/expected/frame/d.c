@@ -8,6 +8,15 @@
 
 
 /*---------------------------------------------------------------------*/
+/* calculator                                                          */
+
+zkt_calculator_h d_get_calculator(void)
+{
+  return (zkt_calculator_h)NULLPTR;
+}
+
+
+/*---------------------------------------------------------------------*/
 /* dictionary                                                          */
 
 static zkt_dictionary_t  dict; 
