@@ -304,6 +304,27 @@ std::string breaksSchema() {
 }
 const std::string kBreaksSchema = breaksSchema();
 
+// Events of every kind, user-defined indexes of each kind and key category
+// (plain, vector, array, dotted path), collations of tree and hash indexes, a
+// calculator; compiled with the XML and JSON methods too.
+const std::string kUserSchema =
+    "declare database d;\n"
+    "declare oid K[4];\n"
+    "struct K { unsigned<4> id; };\n"
+    "struct In { signed<4> z; char<4> w; };\n"
+    "class ev {\n"
+    "  oid;\n"
+    "  signed<4> a; string s; char<8> ch; nchar<4> nc; nstring ns; double dd; ref<ev> r; In in;\n"
+    "  vector<signed<4>> v; unsigned<2> arr[3]; binary<4> bi; varbinary vb;\n"
+    "  userdef tree<a, s> ut; userdef hash<ch> uh[100]; userdef tree<v> uv; userdef hash<arr> uha[10];\n"
+    "  userdef tree<in.z, in.w, r, dd, nc, ns, bi, vb> up;\n"
+    "  tree<s collate latin> bs; hash<ch collate greek> hs[10];\n"
+    "  event<new> n; event<delete> d; event<delete_all> da; event<checkpoint> cp; event<a update> au;\n"
+    "};\n"
+    "class cu { signed<4> a; event<update> any; list; };\n"
+    "class xx { signed<4> a; In in; list; };\n"
+    "calculator { ev<100>, cu<5> };\n";
+
 struct SchemaCase {
   const char* name;
   const std::string& text;
@@ -321,7 +342,7 @@ const SchemaCase kSchemas[] = {
     {"indexes", kIndexSchema},   {"oddities", kIndexOddities},  {"listonly", kListOnlySchema},
     {"classes", kClassesSchema}, {"scalars", kScalarsSchema},   {"forward", kForwardSchema},
     {"chars", kCharsSchema},     {"charseq", kCharSeqSchema}, {"arrays", kArraysSchema},
-    {"breaks", kBreaksSchema}};
+    {"breaks", kBreaksSchema},   {"user", kUserSchema}};
 
 class GenOutputCompile : public ::testing::Test {
 protected:
@@ -435,6 +456,48 @@ TEST_F(GenOutputCompile, HeaderIncludedTwiceInC) {
     procutil::writeFile(out + "/unit.c", "#include \"d.h\"\n#include \"d.h\"\n");
     expectCompiles(gcc, out, "unit.c", s.name);
   }
+}
+
+// The user schema with XML and JSON methods: the C file and the user-code
+// files with gcc under the options that change them, the C++ wrapper with
+// g++, and a unit that expands every key macro of the header.
+TEST_F(GenOutputCompile, XmlJsonAndUserCodeCompile) {
+  struct Mode {
+    Names opts;
+    Names cflags;
+  };
+  const Mode modes[] = {
+      {{}, {}},
+      {{"-debug"}, {}},
+      {{"-prefix"}, {}},
+      {{"-mergeable", "-debug"}, {}},
+      {{"-dll"}, {"-D__declspec(x)="}},
+  };
+  for (const Mode& m : modes) {
+    Names opts{"-xml", "-json"};
+    opts.insert(opts.end(), m.opts.begin(), m.opts.end());
+    const std::string out = generate(kUserSchema, opts);
+    const std::string what = "user " + join(opts);
+    for (const char* f : {"d.c", "d_udf.c", "d_coll.c"}) {
+      EXPECT_TRUE(procutil::fileExists(out + "/" + f)) << what << " " << f;
+      expectCompiles(gcc, out, f, what, m.cflags);
+    }
+    std::string unit = "#include \"d.h\"\n";
+    const std::string h = readText(out + "/d.h");
+    int macros = 0;
+    for (size_t at = h.find("#define "); at != std::string::npos; at = h.find("#define ", at + 1)) {
+      const size_t end = h.find("(ek)", at);
+      const std::string name = h.substr(at + 8, end == std::string::npos ? 0 : end - at - 8);
+      if (name.find("_extkey") == std::string::npos || name.find(' ') != std::string::npos) continue;
+      unit += "void use_" + std::to_string(++macros) + "(void* ek) { (void)(" + name + "(ek)); }\n";
+    }
+    EXPECT_EQ(macros, 13) << what;  // two, one, one, one and eight segments
+    procutil::writeFile(out + "/unit.c", unit);
+    expectCompiles(gcc, out, "unit.c", what, m.cflags);
+  }
+  const std::string out = generate(kUserSchema, {"-xml", "-json", "-hpp"});
+  procutil::writeFile(out + "/unit.cpp", "#include \"d.hpp\"\n");
+  expectCompiles(gxx, out, "unit.cpp", "user -xml -json -hpp");
 }
 
 // The hpp includes the header for itself; a C++ unit can't include it again.
