@@ -290,6 +290,16 @@ TEST(Collations, NoneWhenEveryUserIsSuppressed) {
   EXPECT_FALSE(has(Generated::text(g.gen.m_c), "d_get_collations"));
 }
 
+// Without user-defined indexes the stray comment of a hash collation goes to
+// the udf stream all the same, which has then nothing else (and is a null
+// stream in the file compiler, as no udf file is wanted).
+TEST(UserFiles, StrayCommentWithoutUdfFile) {
+  Generated g("declare database d;\nclass k { string a; hash<a collate greek> y[10]; };");
+  ASSERT_TRUE(g.run()) << g.msg;
+  const std::string head = expected("d_udf.c").substr(0, expected("d_udf.c").find("/*\n\n* API"));
+  EXPECT_EQ(gentest::maskTime(Generated::text(g.gen.m_udf)), head + "/* user-defined object hash function */\n");
+}
+
 // The whole user-code files; the hash collation's comment lands at the end of
 // the udf file, not in the collation file.
 TEST(UserFiles, WholeFiles) {
