@@ -1,7 +1,9 @@
 // Event API, XML and JSON methods: texts per event kind, XML suppression, class codes, both placements.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "genout_util.h"
 
