@@ -151,8 +151,8 @@ TEST(Members, CppMembers) {
                                   "class p { blob b; ref<q> r; S s; optional S o; rect<signed<4>> x[2]; list; };");
   // clang-format off
   const char* const texts[] = {
-    "  ZKT_RET b_get(uint4 start_offset, char * dest, uint4 dest_size, uint4 & len );\n  ZKT_RET b_size(uint4 & result);\n"
-    "  ZKT_RET b_put( const void * src, uint4 nbytes );\n  ZKT_RET b_append( const void * src, uint4 nbytes );\n",
+    ("  ZKT_RET b_get(uint4 start_offset, char * dest, uint4 dest_size, uint4 & len );\n  ZKT_RET b_size(uint4 & result);\n"
+     "  ZKT_RET b_put( const void * src, uint4 nbytes );\n  ZKT_RET b_append( const void * src, uint4 nbytes );\n"),
     "inline  ZKT_RET p::b_get(uint4 start_offset, char * dest, uint4 dest_size, uint4 & len )\n{ ZKT_RET ret_ = d::p_b_get(this, start_offset, dest, dest_size, &len); return ret_; \n}\n\n",
     "inline  ZKT_RET p::b_size(uint4 & result)\n{ ZKT_RET ret_ = d::p_b_size(this, &result); return ret_;\n}\n\n",
     "inline  ZKT_RET p::b_put( const void * src, uint4 nbytes )\n{ ZKT_RET ret_ = d::p_b_put(this, src, nbytes); return ret_; \n} \n\n",
