@@ -233,11 +233,15 @@ public:
   void outputManagedMember(Struct&, Field&, Frag&) {}  // the field's member in C# and Java
   void outputDirectStructFunctions(Struct&) {}         // get_ptr, get_all, put_all
   void outputScalarTop(Struct&, Field&, Frag&) {}      // {struct}_{field}_top
-  void output_optional_field(Struct&, Class*, Field&, const mstring& /*base*/) {}
+  // _read_handle, _write_handle and _erase of an optional struct member; any
+  // other type is the error "optional may be only struct".
+  void output_optional_field(Struct& s, Class* c, Field& f, const mstring& base);
   // The accessors of a vector field: _size, _alloc and those of its elements.
   void output_vector_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
-  void output_spatial_field(Struct&, Class*, Field&, const mstring& /*base*/, const char* /*idx*/,
-                            const char* /*kind*/) {}
+  // The {struct}_{field}_length define, _get and _put of a rect or point
+  // field (kind "rect" or "point") and its -smartptr property struct; throws
+  // "unknown case" after the define for coordinates that are not simple.
+  void output_spatial_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx, const char* kind);
   // The accessors of an array field {field}[n], by element family, and its
   // {struct}_{field}_length define.
   void output_array_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
@@ -245,9 +249,12 @@ public:
   // or "nchar_t".
   void genCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
   void genVarCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
-  void outputBlobField(Struct&, Class*, Field&, Frag&) {}
-  void outputRefField(Struct&, Class*, Field&, Frag&) {}
-  void outputStructField(Struct&, Class*, Field&, Frag&) {}  // a member struct or direct struct
+  // _get, _size, _put and _append of a blob field; no event, both offsets.
+  void outputBlobField(Struct& s, Class* c, Field& f, Frag& fr);
+  // _get and _put of a reference; the one-offset form where the offsets agree.
+  void outputRefField(Struct& s, Class* c, Field& f, Frag& fr);
+  // _read_handle and _write_handle of a member struct or direct struct.
+  void outputStructField(Struct& s, Class* c, Field& f, Frag& fr);
   void outputSequenceField(Struct&, Class*, Field&, Frag&) {}
   void genFixedStruct(Struct&) {}
   void outputFixed(Struct&) {}

@@ -26,4 +26,10 @@ struct Char {
   } body;
 };
 
+// What a property member throws for a value it cannot take.
+#define ZKT_E_CORE 1
+struct ZktException {
+  ZktException(int code, const char* msg, const char* file, int line);
+};
+
 #endif  // ZKT_ZKT_HPP

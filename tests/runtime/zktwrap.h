@@ -227,6 +227,35 @@ ZKT_RET zkt_w_xml_schema(zkt_trans_h t, void* stream_handle, zkt_stream_write o_
 ZKT_RET zkt_w_json_get_object(zkt_objhandle_h handle, void* stream_handle, zkt_stream_write o_stream,
                               uint2 class_code);
 
+/* Blobs, references, struct members, optional and spatial fields. */
+ZKT_RET zkt_w_blob_get2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, uint4 start_offset,
+                        char* dest, uint4 dest_size, uint4* len);
+ZKT_RET zkt_w_blob_len2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, uint4* result);
+ZKT_RET zkt_w_blob_put2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* src,
+                        uint4 nbytes);
+ZKT_RET zkt_w_blob_append2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, const char* src,
+                           uint4 nbytes);
+ZKT_RET zkt_w_struct_get2(zkt_objhandle_h h, zkt_objhandle_h member, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no);
+ZKT_RET zkt_w_struct_put2(zkt_objhandle_h h, zkt_objhandle_h member, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no,
+                          int indexed);
+ZKT_RET zkt_w_optional_get2(zkt_objhandle_h h, zkt_objhandle_h member, zkt_offs_t u_offs, zkt_offs_t c_offs,
+                            uint2 no);
+/* struct_num, then the optional struct's sizes and alignments in the normal
+   and the compact layout. */
+ZKT_RET zkt_w_optional_put2(zkt_objhandle_h h, zkt_objhandle_h member, int struct_num, zkt_offs_t u_offs,
+                            zkt_offs_t c_offs, uint2 no, zkt_size_t u_size, zkt_size_t c_size, zkt_size_t u_align,
+                            zkt_size_t c_align);
+ZKT_RET zkt_w_optional_erase2(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no);
+/* Coordinates of any simple type; put learns it from the element type code. */
+ZKT_RET zkt_w_rect_get(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, zkt_size_t esize,
+                       uint2 n, void* dest);
+ZKT_RET zkt_w_rect_put(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int etype,
+                       zkt_size_t esize, uint2 n, int indexed, const void* src);
+ZKT_RET zkt_w_point_get(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, zkt_size_t esize,
+                        uint2 n, void* dest);
+ZKT_RET zkt_w_point_put(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int etype,
+                        zkt_size_t esize, uint2 n, int indexed, const void* src);
+
 #ifdef __cplusplus
 }
 #endif
