@@ -204,7 +204,9 @@ public:
   void outputManagedClassEnd(Class&) {}
   void outputEventAttribute(Class&, int /*ev*/) {}    // a plain field's own update event
   void outputManagedMember(Struct&, Field&, Frag&) {}  // the field's member in C# and Java
-  void outputDirectStructFunctions(Struct&) {}         // get_ptr, get_all, put_all
+  // A direct struct's {struct}_get_ptr, _get_all and _put_all, with C++
+  // get_all and put_all; written even when its API is suppressed.
+  void outputDirectStructFunctions(Struct& s);
   void outputScalarTop(Struct&, Field&, Frag&) {}      // {struct}_{field}_top
   void output_optional_field(Struct&, Class*, Field&, const mstring& /*base*/) {}
   // The accessors of a vector field: _size, _alloc and those of its elements.
@@ -222,8 +224,12 @@ public:
   void outputRefField(Struct&, Class*, Field&, Frag&) {}
   void outputStructField(Struct&, Class*, Field&, Frag&) {}  // a member struct or direct struct
   void outputSequenceField(Struct&, Class*, Field&, Frag&) {}
-  void genFixedStruct(Struct&) {}
-  void outputFixed(Struct&) {}
+  // Counts the fields of s's fixed view into s.m_nFixedFields and, if there
+  // are any, declares {struct}_fixed on m_h. Member structs count by the
+  // number their own struct has so far.
+  void genFixedStruct(Struct& s);
+  // {struct}_fixed_get and _fixed_put of a struct or class with a fixed view.
+  void outputFixed(Struct& s);
 
   // ---- layout
   void layout();

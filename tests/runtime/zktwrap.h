@@ -217,6 +217,15 @@ ZKT_RET zkt_w_v_nstring_e_put2(ZKT_ELEM_, uint2 index, const nchar_t* value, uin
 ZKT_RET zkt_w_v_nstring_size_put2(ZKT_ELEM_, uint2 size, int idx);
 #undef ZKT_ELEM_
 
+/* Direct and fixed structs, sequences and top-N. */
+ZKT_RET zkt_w_direct_struct_get_ptr(zkt_objhandle_h h, void** dest, zkt_size_t size);
+#ifndef ZKT_S_CURSOR_END
+#define ZKT_S_CURSOR_END 3 /* a cursor walked past its last object */
+#endif
+ZKT_RET zkt_cursor_next(zkt_trans_h t, zkt_cursor_h c);
+ZKT_RET zkt_cursor_close(zkt_trans_h t, zkt_cursor_h c);
+void zkt_memmove(void* dest, const void* src, zkt_size_t nbt);
+
 #ifdef __cplusplus
 }
 #endif
