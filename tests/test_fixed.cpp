@@ -162,6 +162,10 @@ TEST(FixedStruct, Functions) {
       "{ ZKT_RET rc_;\n  return\n    (rc_ = p_a_put(handle_, src_->a)) == ZKT_S_OK\n  ? ZKT_S_OK : rc_;\n}\n\n" },
     { "class p { signed<4> a; boolean updated_bitmap[]; list; };",
       "    (rc_ = p_updated_bitmap_get_range(handle_, 0, " },
+    // a class whose only fixed field is the bitmap gets a put without a
+    // clause, which doesn't compile: intended
+    { "class p { string s; boolean updated_bitmap[]; list; };",
+      "{ ZKT_RET rc_;\n  return\n  ? ZKT_S_OK : rc_;\n}\n\n" },
     // nchar and binary take the size in bytes
     { "class p { nchar<3> n; binary<5> b; list; };",
       "    (rc_ = p_n_get(handle_, dst_->n, 6)) == ZKT_S_OK &&\n    (rc_ = p_b_get(handle_, dst_->b, 5)) == ZKT_S_OK\n" },

@@ -60,6 +60,8 @@ const std::vector<KnownException> kKnownExceptions = {
     {"listonly -hpp -smartptr", "unit.cpp", kCharArrayLoop},
     {"breaks -hpp", "unit.cpp", kBitmapCppPut},
     {"breaks -hpp -smartptr", "unit.cpp", kBitmapCppPut},
+    {"fixed -hpp", "unit.cpp", kBitmapCppPut},
+    {"fixed -hpp -smartptr", "unit.cpp", kBitmapCppPut},
 };
 
 // Warnings that the required text itself causes, where the text can't be
@@ -335,6 +337,33 @@ std::string breaksSchema() {
 }
 const std::string kBreaksSchema = breaksSchema();
 
+// Direct structs in both packings and the fixed views of structs and
+// classes: scalars, characters, boolean and other arrays, a member struct, a
+// struct without a fixed view, a class with an updated bitmap.
+const std::string kFixedSchema =
+    "declare database d;\n"
+    "direct struct V { signed<4> y; char<3> c; nchar<2> w; boolean b[9]; };\n"
+    "packed direct struct P { char<3> code; unsigned<1> level; signed<2> levels[4]; };\n"
+    "struct S { signed<4> a; char<4> c; nchar<2> n; boolean bits[9]; signed<2> arr[3]; string s; };\n"
+    "struct T { string s; };\n"
+    "class fx { S s; V v; P p; T t; binary<3> bn; unsigned<8> big; boolean flags[9]; signed<4> k; tree<k> by_k; };\n"
+    "class bm { signed<4> a; double w; boolean updated_bitmap[]; list; };\n";
+
+// Sequences of every element kind and order, a struct element above the
+// runtime's character limit (a warning), and the top-N functions of unique
+// scalar, autoid and character keys.
+const std::string kSeqTopSchema =
+    "declare database d;\n"
+    "struct E { signed<4> a; char<4> b; };\n"
+    "struct Big { char<40> x; };\n"
+    "class sq { autoid[10]; signed<4> id; char<6> code; string name; nchar<3> nc; nstring ns;\n"
+    "  sequence<signed<4>> s4; sequence<boolean asc> sb; sequence<char<8> asc> sc; sequence<E> se;\n"
+    "  sequence<datetime desc> sd; sequence<double asc> sdd; sequence<unsigned<2>> su2; sequence<Big> sbig;\n"
+    "  sequence<signed<1>> s1; sequence<unsigned<8> desc> su8; sequence<float> sf; sequence<date> sdt; sequence<time> stm;\n"
+    "  unique tree<id> by_id; unique tree<code> by_code; unique tree<name> by_name; unique tree<nc> by_nc;\n"
+    "  unique tree<ns> by_ns; tree<autoid> by_auto; };\n"
+    "class other { signed<4> k; sequence<signed<8>> s8; unique tree<k> by_k; };\n";
+
 struct SchemaCase {
   const char* name;
   const std::string& text;
@@ -352,7 +381,7 @@ const SchemaCase kSchemas[] = {
     {"indexes", kIndexSchema},   {"oddities", kIndexOddities},  {"listonly", kListOnlySchema},
     {"classes", kClassesSchema}, {"scalars", kScalarsSchema},   {"forward", kForwardSchema},
     {"chars", kCharsSchema},     {"charseq", kCharSeqSchema}, {"arrays", kArraysSchema},
-    {"breaks", kBreaksSchema}};
+    {"breaks", kBreaksSchema},   {"fixed", kFixedSchema},       {"seqtop", kSeqTopSchema}};
 
 class GenOutputCompile : public ::testing::Test {
 protected:

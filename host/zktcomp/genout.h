@@ -207,7 +207,9 @@ public:
   // A direct struct's {struct}_get_ptr, _get_all and _put_all, with C++
   // get_all and put_all; written even when its API is suppressed.
   void outputDirectStructFunctions(Struct& s);
-  void outputScalarTop(Struct&, Field&, Frag&) {}      // {struct}_{field}_top
+  // {struct}_{field}_top of a unique scalar key of a struct with sequences;
+  // fr holds the field's placeholders.
+  void outputScalarTop(Struct& s, Field& f, Frag& fr);
   void output_optional_field(Struct&, Class*, Field&, const mstring& /*base*/) {}
   // The accessors of a vector field: _size, _alloc and those of its elements.
   void output_vector_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
@@ -218,12 +220,19 @@ public:
   void output_array_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
   // {struct}_{field}_top of a fixed or variable character key; ch is "char"
   // or "nchar_t".
-  void genCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
-  void genVarCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
+  // Nothing unless s.m_hasSequences and f.m_isUnique.
+  void genCharTopFunction(Struct& s, const mstring& base, const Field& f, const char* ch);
+  void genVarCharTopFunction(Struct& s, const mstring& base, const Field& f, const char* ch);
+  // The top-N function of f in variant kind (scalar, fixed or variable
+  // characters), preceded once per struct, outside debug mode, by the
+  // prototype of {struct}_from_cursor (sets s.m_from_cursor_defined).
+  void outputTopFunction(Struct& s, const Field& f, int kind, Frag& fr);
   void outputBlobField(Struct&, Class*, Field&, Frag&) {}
   void outputRefField(Struct&, Class*, Field&, Frag&) {}
   void outputStructField(Struct&, Class*, Field&, Frag&) {}  // a member struct or direct struct
-  void outputSequenceField(Struct&, Class*, Field&, Frag&) {}
+  // The functions of a sequence field and their C++ members; fr holds the
+  // field's placeholders. A struct element above 32 bytes is warned about.
+  void outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr);
   // Counts the fields of s's fixed view into s.m_nFixedFields and, if there
   // are any, declares {struct}_fixed on m_h. Member structs count by the
   // number their own struct has so far.
