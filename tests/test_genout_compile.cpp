@@ -489,6 +489,40 @@ TEST_F(GenOutputCompile, CppWrapperCompiles) {
   }
 }
 
+// What the required text of the fixed views and sequences itself breaks:
+// each schema's C file (functions in it, -debug) fails with the diagnostic.
+// Compiled without dropping any diagnostic of the copy functions.
+TEST_F(GenOutputCompile, FixedAndSequenceBreaks) {
+  struct Break {
+    const char* schema;
+    Names opts;
+    const char* diagnostic;
+    const char* reason;
+  };
+  // clang-format off
+  const Break breaks[] = {
+    { "declare database d;\nstruct T { string s; };\nclass c1 { sequence<T> q; list; };\n", {"-debug"},
+      "unknown type name \u2018T_fixed\u2019", "a struct element without a fixed view names the view" },
+    { "declare database db;\nclass c1 { sequence<datetime asc> q; list; };\n", {"-debug", "-prefix"},
+      "implicit declaration of function \u2018zkt_w_seq_first_db_datetime\u2019",
+      "a datetime element's wrapper suffix is the type's name, which the prefix renames" },
+    { "declare database d;\ndirect struct V { signed<4> y; };\nclass c1 { V v; signed<4> k; tree<k> by_k; };\n",
+      {"-debug", "-suppress-api", "V"}, "implicit declaration of function \u2018V_y_get\u2019",
+      "a suppressed direct struct with an owner gets copy functions that call its missing accessors" },
+    { "declare database d;\nclass c1 { string s; boolean updated_bitmap[]; list; };\n", {"-debug"},
+      "expected expression before \u2018?\u2019 token",
+      "a class whose only fixed field is its bitmap gets a _fixed_put without a clause" },
+  };
+  // clang-format on
+  for (const Break& b : breaks) {
+    const std::string out = generate(b.schema, b.opts);
+    const std::string db = std::string(b.schema).find("database db;") != std::string::npos ? "db" : "d";
+    const ProcResult r = procutil::runProgram(
+        {gcc, "-std=c99", "-Wall", "-I", kRuntime, "-I", out, "-c", out + "/" + db + ".c", "-o", out + "/x.o"});
+    EXPECT_NE(r.err.find(b.diagnostic), std::string::npos) << b.reason << "\n" << r.err;
+  }
+}
+
 TEST_F(GenOutputCompile, HeaderIncludedTwiceInC) {
   for (const SchemaCase& s : kSchemas) {
     std::string out = generate(s.text, {});
