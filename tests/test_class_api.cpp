@@ -46,10 +46,13 @@ TEST(ClassApi, FunctionsPerCondition) {
     o.debug = true;
     Generated g(std::string(kHead) + c.schema, o);
     ASSERT_TRUE(g.run()) << g.msg;
-    // the functions of the field s and of the indexes by_s and u are not the class's
+    // the functions of the field s, of the indexes by_s and u and of the
+    // fixed view are not the class's
     Names functions;
     for (const std::string& n : gentest::functionsOf(Generated::text(g.gen.m_h), c.cls))
-      if (n.rfind("p_s_", 0) != 0 && n.rfind("p_by_s_", 0) != 0 && n.rfind("p_u_", 0) != 0) functions.push_back(n);
+      if (n.rfind("p_s_", 0) != 0 && n.rfind("p_by_s_", 0) != 0 && n.rfind("p_u_", 0) != 0 &&
+          n.rfind("p_fixed_", 0) != 0)
+        functions.push_back(n);
     EXPECT_EQ(functions, c.functions) << c.schema;
   }
 }
@@ -190,7 +193,7 @@ TEST(ClassApi, PrefixAndDll) {
   const std::string h = Generated::text(g.gen.m_h);
   EXPECT_EQ(gentest::functionsOf(h, "d_p_"),
             (Names{"d_p_new", "d_p_delete", "d_p_delete_all", "d_p_checkpoint", "d_p_a_get", "d_p_a_put",
-                   "d_p_from_cursor", "d_p_list_cursor"}));
+                   "d_p_from_cursor", "d_p_list_cursor", "d_p_fixed_get", "d_p_fixed_put"}));
   EXPECT_NE(h.find("ZKT_DLL_SPEC d_p_new"), std::string::npos);
 }
 

@@ -115,7 +115,7 @@ TEST(Members, Bodies) {
   };
   // clang-format on
   for (const Case& c : cases) EXPECT_NE(cFile(c.schema).find(c.text), std::string::npos) << c.schema << "\n" << c.text;
-  EXPECT_EQ(cFile(std::string(kStruct) + "class p { nullable S s; list; };").find("p_s_indicator_get(handle"),
+  EXPECT_EQ(cFile(std::string(kStruct) + "class p { nullable S s; list; };").find("p_s_indicator_get(handle, &indicator)"),
             std::string::npos);
 }
 

@@ -74,7 +74,12 @@ TEST(Output, SectionsInOrder) {
     ASSERT_NE(p, std::string::npos) << s;
     at = p;
   }
-  EXPECT_EQ(h.find("Unused"), std::string::npos);  // an unowned struct leaves no trace
+  // an unowned struct leaves no trace but its fixed view, declared for every struct
+  const std::string fixedView = "typedef struct Unused_fixed_ {\n  int4 q;\n} Unused_fixed;\n";
+  std::string rest = h;
+  ASSERT_NE(rest.find(fixedView), std::string::npos);
+  rest.erase(rest.find(fixedView), fixedView.size());
+  EXPECT_EQ(rest.find("Unused"), std::string::npos);
   EXPECT_EQ(h.find("@sys"), std::string::npos);    // nor does a hidden class
 }
 

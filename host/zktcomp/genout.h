@@ -231,8 +231,12 @@ public:
   void outputManagedClassEnd(Class&) {}
   void outputEventAttribute(Class&, int /*ev*/) {}    // a plain field's own update event
   void outputManagedMember(Struct&, Field&, Frag&) {}  // the field's member in C# and Java
-  void outputDirectStructFunctions(Struct&) {}         // get_ptr, get_all, put_all
-  void outputScalarTop(Struct&, Field&, Frag&) {}      // {struct}_{field}_top
+  // A direct struct's {struct}_get_ptr, _get_all and _put_all, with C++
+  // get_all and put_all; written even when its API is suppressed.
+  void outputDirectStructFunctions(Struct& s);
+  // {struct}_{field}_top of a unique scalar key of a struct with sequences;
+  // fr holds the field's placeholders.
+  void outputScalarTop(Struct& s, Field& f, Frag& fr);
   // _read_handle, _write_handle and _erase of an optional struct member; any
   // other type is the error "optional may be only struct".
   void output_optional_field(Struct& s, Class* c, Field& f, const mstring& base);
@@ -247,17 +251,28 @@ public:
   void output_array_field(Struct& s, Class* c, Field& f, const mstring& base, const char* idx);
   // {struct}_{field}_top of a fixed or variable character key; ch is "char"
   // or "nchar_t".
-  void genCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
-  void genVarCharTopFunction(Struct&, const mstring& /*base*/, const Field&, const char* /*ch*/) {}
+  // Nothing unless s.m_hasSequences and f.m_isUnique.
+  void genCharTopFunction(Struct& s, const mstring& base, const Field& f, const char* ch);
+  void genVarCharTopFunction(Struct& s, const mstring& base, const Field& f, const char* ch);
+  // The top-N function of f in variant kind (scalar, fixed or variable
+  // characters), preceded once per struct, outside debug mode, by the
+  // prototype of {struct}_from_cursor (sets s.m_from_cursor_defined).
+  void outputTopFunction(Struct& s, const Field& f, int kind, Frag& fr);
   // _get, _size, _put and _append of a blob field; no event, both offsets.
   void outputBlobField(Struct& s, Class* c, Field& f, Frag& fr);
   // _get and _put of a reference; the one-offset form where the offsets agree.
   void outputRefField(Struct& s, Class* c, Field& f, Frag& fr);
   // _read_handle and _write_handle of a member struct or direct struct.
   void outputStructField(Struct& s, Class* c, Field& f, Frag& fr);
-  void outputSequenceField(Struct&, Class*, Field&, Frag&) {}
-  void genFixedStruct(Struct&) {}
-  void outputFixed(Struct&) {}
+  // The functions of a sequence field and their C++ members; fr holds the
+  // field's placeholders. A struct element above 32 bytes is warned about.
+  void outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr);
+  // Counts the fields of s's fixed view into s.m_nFixedFields and, if there
+  // are any, declares {struct}_fixed on m_h. Member structs count by the
+  // number their own struct has so far.
+  void genFixedStruct(Struct& s);
+  // {struct}_fixed_get and _fixed_put of a struct or class with a fixed view.
+  void outputFixed(Struct& s);
 
   // ---- layout
   void layout();

@@ -5,12 +5,15 @@
 #include "zkt.hpp"
 #include "zktseq.h"
 
-// The values of one field of a class, as a sequence.
-template <class T>
-class Sequence {
+// A sequence of any element type; copies share the iterator.
+class GenericSequence {
 public:
   zkt_seq_iterator_h iter;
-  Sequence() : iter(0) {}
+  GenericSequence() : iter(0) {}
 };
+
+// The values of one field of a class, or of a sequence field, as a sequence.
+template <class T>
+class Sequence : public GenericSequence {};
 
 #endif  // ZKT_ZKTSEQ_HPP

@@ -256,6 +256,15 @@ ZKT_RET zkt_w_point_get(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs,
 ZKT_RET zkt_w_point_put(zkt_objhandle_h h, zkt_offs_t u_offs, zkt_offs_t c_offs, uint2 no, int etype,
                         zkt_size_t esize, uint2 n, int indexed, const void* src);
 
+/* Direct and fixed structs, sequences and top-N. */
+ZKT_RET zkt_w_direct_struct_get_ptr(zkt_objhandle_h h, void** dest, zkt_size_t size);
+#ifndef ZKT_S_CURSOR_END
+#define ZKT_S_CURSOR_END 3 /* a cursor walked past its last object */
+#endif
+ZKT_RET zkt_cursor_next(zkt_trans_h t, zkt_cursor_h c);
+ZKT_RET zkt_cursor_close(zkt_trans_h t, zkt_cursor_h c);
+void zkt_memmove(void* dest, const void* src, zkt_size_t nbt);
+
 #ifdef __cplusplus
 }
 #endif
