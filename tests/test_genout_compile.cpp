@@ -671,7 +671,7 @@ TEST_F(GenOutputCompile, CorpusCompiles) {
       // Mergeable bodies name the C file's dictionary, so they compile only
       // out of the header.
       {{"-prefix", "-mergeable", "-dll", "-debug"}, {"-D__declspec(x)="}},
-      {{"-large", "-size-t", "4"}, {}},
+      {{"-large", "-size-t", "4", "-compact"}, {}},
       {{"-hpp"}, {}},
   };
   int schemas = 0;
