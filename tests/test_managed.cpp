@@ -1,18 +1,23 @@
 // C# and Java class files: the type maps, class attributes, index and event lines, field members, whole files, compilers.
 //
-// What the required text breaks for a compiler, so the compile tests avoid it:
+// What the required text breaks for a compiler, so the compile tests avoid it
+// (KnownBreaks shows the first ones failing):
 // - Java: a field's own update event ends in "]" (syntax error); a nullable
-//   datetime is "DateTime?"; a direct struct's char member has a symbolic
-//   Dimension ("fieldsz(...)"); a suppressed class stays in {db}.java's class
-//   list but has no file of its own.
-// - C#: a sequence of struct elements and a struct and class of one name; a
-//   datetime maps to "zkt_datetime", which the bindings must declare.
+//   datetime is "DateTime?" (no Java type); a descending key is
+//   @Key("b", descending=true), an unnamed value beside a named one; a direct
+//   struct's char member has a symbolic Dimension ("fieldsz(...)"); a
+//   suppressed class stays in {db}.java's class list but has no file.
+// - C#: a sequence of struct elements names the struct's C type, which C#
+//   doesn't know; a struct and a class of one name are two C# types of one
+//   name; a datetime maps to "zkt_datetime", which the bindings must declare.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "genout_util.h"
 #include "proc_util.h"
@@ -303,6 +308,18 @@ const char kFileSchema[] =
     "  unique tree<code> by_code; thick tree<name> by_name;\n"
     "  event<new> added; event<delete> gone; };\n";
 
+// Every family of member, IoT, sequences by order and element.
+const char kWideSchema[] =
+    "declare database wide;\n"
+    "iot server;\n"
+    "enum level { low, high };\n"
+    "struct P { signed<4> x; char<4> tag; };\n"
+    "transient uptable class Up { unsigned<8> n; level lv; sequence<double asc> sd; sequence<unsigned<2>> su;\n"
+    "  sequence<char<8>> sc; sequence<binary<4>> sb; vector<nchar<3>> vn; nchar<5> nc; nstring ns; binary<6> bn;\n"
+    "  varbinary vb; P ps[2]; vector<P> vp; datetime dt; float fl; nullable signed<2> s2; boolean flag; string st;\n"
+    "  unique tree<n> t; trigram<st> tg; event<new> e1; event<checkpoint> cp; };\n"
+    "transient downtable class Down { signed<4> k; hash<k> h[10]; event<delete_all> da; };\n";
+
 struct Dir {
   std::string path = procutil::makeTempDir();
   ~Dir() { std::filesystem::remove_all(path); }
@@ -356,39 +373,83 @@ std::string toolPath(const char* tool) {
   return path;
 }
 
-// Every generated .java file together with the stubs of the bindings.
-void javac(const std::string& tool, const std::vector<std::string>& opts) {
+// Compiles schema into d; a failure of the compiler fails the test.
+bool generated(const Dir& d, const std::string& schema, const std::vector<std::string>& opts) {
+  ProcResult r = compile(d, schema, opts);
+  if (r.status != 0) ADD_FAILURE() << r.err;
+  return r.status == 0;
+}
+
+// The status of javac over the stubs and every .java file generated from schema.
+int javac(const std::string& tool, const std::string& schema, const std::vector<std::string>& opts,
+          std::string* out = nullptr) {
   Dir d;
-  ProcResult r = compile(d, kFileSchema, opts);
-  ASSERT_EQ(r.status, 0) << r.err;
+  if (!generated(d, schema, opts)) return -1;
   std::vector<std::string> argv = {tool, "-d", d.path + "/classes"};
   for (const auto& e : std::filesystem::directory_iterator(std::string(ZKT_SOURCE_DIR) + "/tests/managed"))
     if (e.path().extension() == ".java") argv.push_back(e.path().string());
   for (const auto& e : std::filesystem::directory_iterator(d.path))
     if (e.path().extension() == ".java") argv.push_back(e.path().string());
   ProcResult c = procutil::runProgram(argv);
-  EXPECT_EQ(c.status, 0) << c.out << c.err;
+  if (out != nullptr) *out = c.out + c.err;
+  return c.status;
+}
+
+// The status of mcs over the stubs and the {db}.cs of schema, database db.
+int mcs(const std::string& tool, const std::string& schema, const std::string& db, const std::vector<std::string>& opts,
+        std::string* out = nullptr) {
+  Dir d;
+  if (!generated(d, schema, opts)) return -1;
+  ProcResult c = procutil::runProgram({tool, "-target:library", "-out:" + d.path + "/x.dll",
+                                       std::string(ZKT_SOURCE_DIR) + "/tests/managed/Vantrel.cs",
+                                       d.path + "/" + db + ".cs"});
+  if (out != nullptr) *out = c.out + c.err;
+  return c.status;
 }
 
 TEST(Managed, JavacCompiles) {
   const std::string tool = toolPath("javac");
   if (tool.empty()) GTEST_SKIP() << "javac is not installed";
-  javac(tool, {"-java"});
-  javac(tool, {"-java", "-java-package", "p.q"});
+  for (const char* schema : {kFileSchema, kWideSchema}) {
+    std::string out;
+    EXPECT_EQ(javac(tool, schema, {"-java"}, &out), 0) << out;
+    EXPECT_EQ(javac(tool, schema, {"-java", "-java-package", "p.q"}, &out), 0) << out;
+  }
 }
 
 TEST(Managed, McsCompiles) {
   const std::string tool = toolPath("mcs");
   if (tool.empty()) GTEST_SKIP() << "mcs is not installed";
-  for (const char* ns : {"", "N.M"}) {
-    Dir d;
-    std::vector<std::string> opts = {"-cs"};
-    if (*ns) opts.insert(opts.end(), {"-cs-namespace", ns});
-    ProcResult r = compile(d, kFileSchema, opts);
-    ASSERT_EQ(r.status, 0) << r.err;
-    ProcResult c = procutil::runProgram({tool, "-target:library", "-out:" + d.path + "/x.dll",
-                                         std::string(ZKT_SOURCE_DIR) + "/tests/managed/Vantrel.cs", d.path + "/shop.cs"});
-    EXPECT_EQ(c.status, 0) << ns << c.out << c.err;
+  const std::pair<const char*, const char*> schemas[] = {{kFileSchema, "shop"}, {kWideSchema, "wide"}};
+  for (const auto& sc : schemas) {
+    std::string out;
+    EXPECT_EQ(mcs(tool, sc.first, sc.second, {"-cs"}, &out), 0) << out;
+    EXPECT_EQ(mcs(tool, sc.first, sc.second, {"-cs", "-cs-namespace", "N.M"}, &out), 0) << out;
+  }
+}
+
+// The listed breaks of the required text do fail to compile.
+TEST(Managed, KnownBreaks) {
+  const std::string javacTool = toolPath("javac"), mcsTool = toolPath("mcs");
+  const char* const javaBreaks[] = {
+      "declare database b;\nclass c { signed<4> a; unique tree<a> t; event<a update> au; };\n",
+      "declare database b;\nclass c { signed<4> a; nullable datetime d; unique tree<a> t; };\n",
+      "declare database b;\nclass c { signed<4> a; signed<4> z; tree<a, z desc> t; };\n",
+  };
+  if (javacTool.empty()) {
+    std::cout << "javac is not installed: Java breaks not checked\n";
+  } else {
+    for (const char* schema : javaBreaks) EXPECT_NE(javac(javacTool, schema, {"-java"}), 0) << schema;
+  }
+  const char* const csBreaks[] = {
+      "declare database b;\nstruct E { signed<4> x; };\nclass c { signed<4> a; sequence<E> q; unique tree<a> t; };\n",
+      "declare database b;\nclass x { signed<4> a; unique tree<a> t; };\nstruct x { signed<4> y; };\n"
+      "class o { x m; signed<4> k; unique tree<k> t; };\n",
+  };
+  if (mcsTool.empty()) {
+    std::cout << "mcs is not installed: C# breaks not checked\n";
+  } else {
+    for (const char* schema : csBreaks) EXPECT_NE(mcs(mcsTool, schema, "b", {"-cs"}), 0) << schema;
   }
 }
 

@@ -25,6 +25,7 @@ namespace Vantrel {
   public class BlobAttribute : Attribute {}
   public class OptionalAttribute : Attribute {}
   public class SequenceAttribute : Attribute { public SequenceOrder Order; public int ElemSize; }
+  public struct zkt_datetime {}
   public class OrderedSequence<T> {}
   public class UnorderedSequence<T> {}
 }
