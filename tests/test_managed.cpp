@@ -363,6 +363,13 @@ TEST(Managed, SecondJavaFileOfOneName) {
   EXPECT_EQ(readFile(d.path + "/shop.java"),
             "import com.halvorn.vantrel.*;\n\npublic class shop { \n\tpublic static Class[] classes = { \n"
             "\tc.class\n\t};\n}\n\n");
+  // A struct after a class of its name: the struct's file is the one kept.
+  Dir d2;
+  r = compile(d2, "declare database d;\nclass x { signed<4> a; unique tree<a> t; };\nstruct x { signed<4> y; };\n"
+              "class o { x m; signed<4> k; unique tree<k> t; };\n", {"-java"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_HAS(r.out + r.err, "file x.java generated twice");
+  EXPECT_EQ(readFile(d2.path + "/x.java"), "import com.halvorn.vantrel.*;\n\npublic class x {\n\tpublic int y;\n}\n");
 }
 
 // The path of a tool on PATH, empty when there is none.
