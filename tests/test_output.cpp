@@ -129,7 +129,8 @@ TEST(Output, CSharpHeadAndShells) {
       "}\n"
       "\n";
   EXPECT_EQ(cs.substr(0, head.size()), head);
-  EXPECT_NE(cs.find("public struct In {\n}\n}\n"), std::string::npos);  // the last shell, then the namespace
+  // The last struct with its members, then the namespace.
+  EXPECT_NE(cs.find("public struct In {\n\tpublic int x;\n\tpublic V v;\n}\n}\n"), std::string::npos);
 }
 
 TEST(Output, ObjectIds) {
@@ -188,7 +189,19 @@ TEST(Output, JavaFiles) {
                                            "\t};\n"
                                            "}\n\n");
   EXPECT_EQ(readFile(dir + "/color.java"), head + "public enum color {\n\tred,\n\tgreen\n};\n\n");
-  EXPECT_EQ(readFile(dir + "/V.java"), head + "public class V {\n}\n");
+  // A direct struct's sizes are symbolic, so are its Dimension arguments.
+  EXPECT_EQ(readFile(dir + "/V.java"), head +
+                                           "public class V {\n"
+                                           "\tpublic double x;\n"
+                                           "\tpublic int y;\n"
+                                           "\t@Dimension(fieldsz(V_d_aligned_to_1, c))\n"
+                                           "\tpublic String c;\n"
+                                           "\t@Encoding(\"UTF-16\")\n"
+                                           "\t@Dimension(fieldsz(V_d_aligned_to_1, w))\n"
+                                           "\tpublic String w;\n"
+                                           "\t@Dimension(9)\n"
+                                           "\tpublic boolean[] b;\n"
+                                           "}\n");
   EXPECT_TRUE(procutil::fileExists(dir + "/In.java"));
   EXPECT_FALSE(procutil::fileExists(dir + "/Unused.java"));
   std::filesystem::remove_all(dir);

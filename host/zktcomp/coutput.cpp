@@ -116,7 +116,7 @@ void GenOutput::outputClassFunctions(Class& cls) {
 }
 
 void GenOutput::output(Class& cls) {
-  outputManagedClassHead(cls);
+  IOutStream* const outerJava = outputManagedClassHead(cls);
   output(cls, &cls);
   outputManagedClassEnd(cls);
 
@@ -138,4 +138,5 @@ void GenOutput::output(Class& cls) {
     fr.set("index", (long)idx.m_code);
     for (const ClassFunction& fn : kVersions) classFunction(*this, cls, fr, fn);
   }
+  closeManagedClassFile(outerJava);
 }

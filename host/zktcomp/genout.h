@@ -84,6 +84,7 @@ public:
   int m_wcharSize;       // stored, not read
   IOutStream* m_hpp_tail;  // inline C++ method bodies, kept in memory until the end of output()
   mvector<mstring> m_files_created;  // paths in order of creation; filled, never read
+  StringSet m_javaFiles;             // paths of the Java files of this run, to warn of a second one
   int m_maxClassName;
   int m_maxIndexName;
   int m_maxFieldName;
@@ -227,10 +228,18 @@ public:
   void outputVarCharsField(Struct& s, Field& f, int ev, Frag& fr, bool wide);
 
   // ---- per-field families that later parts of the generator fill
-  void outputManagedClassHead(Class&) {}  // attributes, indexes, events, "public class"
-  void outputManagedClassEnd(Class&) {}
-  void outputEventAttribute(Class&, int /*ev*/) {}    // a plain field's own update event
-  void outputManagedMember(Struct&, Field&, Frag&) {}  // the field's member in C# and Java
+  // The C# and Java text of class cls ahead of its fields: storage
+  // attribute, IoT annotation, indexes, events, "public class". With
+  // m_gen_java it opens {class}.java as m_java and returns the stream that
+  // m_java was before, which closeManagedClassFile puts back.
+  IOutStream* outputManagedClassHead(Class& cls);
+  void outputManagedClassEnd(Class& cls);  // the closing brace in both languages
+  void closeManagedClassFile(IOutStream* outer);
+  // The attributes of a plain field's own update event, ev being its id.
+  void outputEventAttribute(Class& cls, int ev);
+  // The field's member in C# and Java; fr holds the field's placeholders
+  // ({order} {seqtype} {es} too for a sequence).
+  void outputManagedMember(Struct& s, Field& f, Frag& fr);
   // A direct struct's {struct}_get_ptr, _get_all and _put_all, with C++
   // get_all and put_all; written even when its API is suppressed.
   void outputDirectStructFunctions(Struct& s);
@@ -281,8 +290,10 @@ public:
   FSize alignInt(FSize sz, int& a);
 
 protected:
-  // Opens the Java file name with its package and import lines.
-  IOutStream* createJavaFile(const mstring& name);
+  // Opens the Java file name with its package and import lines; a class
+  // file's import line has one line feed, the others two. A second file of
+  // one name in a run replaces the first, with a warning.
+  IOutStream* createJavaFile(const mstring& name, bool classFile = false);
   // The section of class cls in output().
   void outputClassSection(Class& cls);
   // The section of an owned struct s in output().

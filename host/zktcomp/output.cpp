@@ -26,6 +26,8 @@ static const char kInlineMacro[] =
 
 static const char kJavaPackage[] = "package {package};\n";
 static const char kJavaImport[]  = "import com.halvorn.vantrel.*;\n\n";
+// A class file's import line has a single line feed: intended.
+static const char kJavaClassImport[] = "import com.halvorn.vantrel.*;\n";
 static const char kJavaSchema[] =
   "public class {db} { \n"
   "\tpublic static Class[] classes = { \n";
@@ -117,10 +119,13 @@ mstring GenOutput::classCode(const Class& cls) const {
   return m_mergeable ? "dict.class_code_origin + " + n : n;
 }
 
-IOutStream* GenOutput::createJavaFile(const mstring& name) {
+IOutStream* GenOutput::createJavaFile(const mstring& name, bool classFile) {
+  // Every Java file is closed before the next one opens ({db}.java is
+  // collected in memory), so one of the same name only replaces it.
+  if (!m_javaFiles.insert(UT::makefnm(m_dir, name))) m_err->warning1("file #1 generated twice", name);
   IOutStream* os = createFile(name);
   if (!m_javaPackage.empty()) *os << Frag().set("package", m_javaPackage).fill(kJavaPackage);
-  *os << kJavaImport;
+  *os << (classFile ? kJavaClassImport : kJavaImport);
   return os;
 }
 
@@ -132,8 +137,10 @@ void GenOutput::output() {
   fr.set("ns", m_csNamespace);
 
   if (!m_debug) *m_h << fr.fill(kInlineMacro);
+  // {db}.java is collected in memory and written when the class list ends,
+  // so that an enum of the database's name never shares its path.
   if (m_gen_java) {
-    m_java = createJavaFile(m_sc.m_dbname + ".java");
+    m_java = IOutStream::createStrStream("");
     *m_java << fr.fill(kJavaSchema);
   }
   if (!m_csNamespace.empty()) *m_cs << fr.fill(kCsNamespace);
@@ -197,6 +204,9 @@ void GenOutput::output() {
   *m_cs << kTypesEnd;
   *m_java << kTypesEnd;
   if (m_java != schemaJava) {
+    IOutStream* file = createJavaFile(m_sc.m_dbname + ".java");
+    *file << m_java->retstr();
+    delete file;
     delete m_java;
     m_java = schemaJava;
   }

@@ -225,7 +225,17 @@ mstring currdir();
 mstring stringTime();  // keeps asctime's trailing newline
 void dlog(const mstring&);
 void finishComp(bool ok);
+
+// The C# and Java type of a schema type name; a name not in the tables comes
+// back unchanged. mapJavaType gives "boolean" (or "Boolean") whenever zktType
+// is "boolean", whatever cType says.
+mstring mapCSType(const mstring& cType);
+mstring mapJavaType(const mstring& cType, const mstring& zktType, bool nullable);
 }  // namespace UT
+
+// The word of a sequence element type in the Java bindings; "Char" for any
+// type not in the table.
+const char* java_seq_elem_type(const mstring& type);
 
 void file_remove(const char* name);
 

@@ -1,0 +1,3 @@
+// Declaration-only stand-in for the managed bindings: UnorderedSequence.
+package com.halvorn.vantrel;
+public class UnorderedSequence {}
