@@ -673,6 +673,7 @@ TEST_F(GenOutputCompile, CorpusCompiles) {
       {{"-prefix", "-mergeable", "-dll", "-debug"}, {"-D__declspec(x)="}},
       {{"-large", "-size-t", "4", "-compact"}, {}},
       {{"-hpp"}, {}},
+      {{"-hpp", "-smartptr"}, {}},
   };
   int schemas = 0;
   for (const auto& entry : std::filesystem::directory_iterator(corpus)) {
