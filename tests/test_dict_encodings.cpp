@@ -13,50 +13,6 @@ struct ClassBit {
   unsigned int value;
 };
 
-TEST(DictEncodings, ClassFlagsOneBitPerProperty) {
-  // clang-format off
-  const ClassBit rows[] = {
-    { [](Class& c) { c.m_sequential = true; },          1 },
-    { [](Class& c) { c.m_hasId = true; },               2 },
-    { [](Class& c) { c.m_hasBlobs = true; },            4 },
-    { [](Class& c) { c.m_compact = true; },             8 },
-    { [](Class& c) { c.m_isDynamic = false; },          16 },
-    { [](Class& c) { c.m_persistent = true; },          32 },
-    { [](Class& c) { c.m_hasAutoId = true; },           64 },
-    { [](Class& c) { c.m_iot_type = IOT_TABLE_UP; },    128 },
-    { [](Class& c) { c.v_events.push_back(Event()); },  256 },
-    { [](Class& c) { c.m_hasSequences = true; },        512 },
-    { [](Class& c) { c.m_local = true; },               1024 },
-    { [](Class& c) { c.m_distrib = true; },             2048 },
-    { [](Class& c) { c.m_hidden = true; },              4096 },
-    { [](Class& c) { c.m_atomic = false; },             8192 },
-    { [](Class& c) { c.m_iot_type = IOT_TABLE_DOWN; },  32768 },
-  };
-  // clang-format on
-  Class plain;
-  EXPECT_EQ(DictEnc::classFlags(plain), 0u);
-  for (const ClassBit& r : rows) {
-    Class c;
-    r.set(c);
-    EXPECT_EQ(DictEnc::classFlags(c), r.value);
-  }
-}
-
-TEST(DictEncodings, StructAndFieldFlags) {
-  Struct s;
-  s.m_isDynamic = false;
-  EXPECT_EQ(DictEnc::structFlags(s), 0u);
-  s.m_isDynamic = s.m_hasBlobs = s.m_hasInitializers = s.m_isDirectStruct = s.m_is_packed = s.m_hasSequences = true;
-  EXPECT_EQ(DictEnc::structFlags(s), 63u);
-
-  Field f;
-  EXPECT_EQ(DictEnc::fieldFlags(f), 0u);  // precision -1: no 128
-  f.m_precision = 0;
-  EXPECT_EQ(DictEnc::fieldFlags(f), 128u);
-  f.m_isVector = f.m_isArray = f.m_isOptional = f.m_isIndexed = f.m_isHidden = f.m_isNullable = f.m_isIndicator = true;
-  EXPECT_EQ(DictEnc::fieldFlags(f), 255u);
-}
-
 TEST(DictEncodings, EventFlagsMapTheTypeNotItsValue) {
   const struct {
     Event::Type type;
@@ -68,26 +24,6 @@ TEST(DictEncodings, EventFlagsMapTheTypeNotItsValue) {
     ProcResult p = procutil::runChild([t] { DictEnc::eventFlags(t); });
     EXPECT_NE(p.status, 0);
     EXPECT_EQ(p.err, "internal error: internal 10027\n");
-  }
-}
-
-TEST(DictEncodings, ImplementationByIndexTypeAndPersistence) {
-  const struct {
-    IndexType type;
-    bool inclusive;
-    int transient, persistent;
-  } rows[] = {
-      {IT_Tree, false, 1, 2},   {IT_Tree, true, 13, 2}, {IT_Hash, false, 3, 2},      {IT_KDTree, false, 4, 5},
-      {IT_RTree, false, 6, 7},  {IT_PTree, false, 8, 9}, {IT_Trigram, false, 14, 15}, {IT_List, false, 10, 10},
-  };
-  for (const auto& r : rows) {
-    Index idx;
-    idx.m_IndexType = r.type;
-    idx.m_isInclusive = r.inclusive;
-    Class c;
-    EXPECT_EQ(DictEnc::implNo(idx, c), r.transient) << r.type;
-    c.m_persistent = true;
-    EXPECT_EQ(DictEnc::implNo(idx, c), r.persistent) << r.type;
   }
 }
 

@@ -47,7 +47,6 @@ TEST(GenFrame, HeadsAndTailsAreTheExpectedFiles) {
   const FileCase cases[] = {
     { kEmpty,      Options(),                          H,    "d.h" },
     { kEmpty,      Options(),                          C,    "d.c" },
-    { kEmpty,      opts(true, false, false, true),     H,    "d_debug_dll.h" },
     { kEmpty,      opts(false, true, false, false),    HPP,  "d.hpp" },
     { kUserdef,    Options(),                          UDF,  "d_udf.c" },
     { kCollation,  Options(),                          COLL, "d_udf.c" },  // the same head
@@ -62,6 +61,21 @@ TEST(GenFrame, HeadsAndTailsAreTheExpectedFiles) {
     if (c.stream == UDF || c.stream == COLL) text = text.substr(0, expected(c.file).size());
     EXPECT_EQ(text, expected(c.file)) << c.file;
   }
+}
+
+// With -debug the header has no wrappers and no inline macro; with -dll it
+// imports the dictionary function.
+TEST(GenFrame, DebugDllHeader) {
+  Generated g(kEmpty, opts(true, false, false, true));
+  ASSERT_TRUE(g.run()) << g.msg;
+  std::string want = expected("d.h");
+  const std::string wrap = "#include \"zktwrap.h\"\n";
+  want.replace(want.find(wrap), wrap.size(),
+               "#ifndef ZKT_DLL_SPEC\n#define ZKT_DLL_SPEC __declspec(dllimport)\n#endif\n");
+  want.replace(want.find("zkt_dictionary_h d_get_dictionary"), 16, "zkt_dictionary_h ZKT_DLL_SPEC");
+  const std::string macro = "#ifndef ZKT_TARGET_INLINE \n#define ZKT_TARGET_INLINE  __inline\n#endif\n\n";
+  want.erase(want.find(macro), macro.size());
+  EXPECT_EQ(gentest::maskTime(Generated::text(g.gen.m_h)), want);
 }
 
 // With -dll the C file exports the dictionary function.

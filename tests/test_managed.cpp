@@ -63,43 +63,6 @@ struct Managed : antest::Finished {
 
 #define EXPECT_HAS(text, part) EXPECT_NE((text).find(part), std::string::npos) << "missing:\n" << (part) << "\nin:\n" << (text)
 
-TEST(Managed, CsTypeMap) {
-  const char* const rows[][2] = {
-      {"uint1", "byte"},   {"uint2", "ushort"},       {"uint4", "uint"},         {"zkt_time", "uint"},
-      {"zkt_date", "uint"}, {"zkt_datetime", "zkt_datetime"}, {"uint8", "ulong"}, {"autoid_t", "ulong"},
-      {"ref", "ulong"},    {"int1", "sbyte"},         {"int2", "short"},         {"int4", "int"},
-      {"int8", "long"},    {"zkt_int8", "long"},      {"float", "float"},        {"S", "S"},
-  };
-  for (const auto& r : rows) EXPECT_EQ(std::string(UT::mapCSType(r[0]).c_str()), r[1]) << r[0];
-}
-
-TEST(Managed, JavaTypeMap) {
-  const char* const rows[][3] = {  // cType, plain, nullable
-      {"uint1", "byte", "Byte"},          {"int1", "byte", "Byte"},         {"uint2", "short", "Short"},
-      {"int2", "short", "Short"},         {"uint4", "int", "Integer"},      {"int4", "int", "Integer"},
-      {"zkt_time", "int", "Integer"},     {"zkt_date", "int", "Integer"},   {"zkt_datetime", "DateTime", "DateTime?"},
-      {"uint8", "long", "Long"},          {"int8", "long", "Long"},         {"autoid_t", "long", "Long"},
-      {"ref", "long", "Long"},            {"zkt_int8", "long", "Long"},     {"float", "float", "Float"},
-      {"double", "double", "Double"},     {"S", "S", "S"},
-  };
-  for (const auto& r : rows) {
-    EXPECT_EQ(std::string(UT::mapJavaType(r[0], "x", false).c_str()), r[1]) << r[0];
-    EXPECT_EQ(std::string(UT::mapJavaType(r[0], "x", true).c_str()), r[2]) << r[0];
-  }
-  EXPECT_EQ(std::string(UT::mapJavaType("int4", "boolean", false).c_str()), "boolean");
-  EXPECT_EQ(std::string(UT::mapJavaType("uint1", "boolean", true).c_str()), "Boolean");
-}
-
-TEST(Managed, JavaSequenceWords) {
-  const char* const rows[][2] = {
-      {"uint8", "UInt8"}, {"zkt_datetime", "DateTime"}, {"int8", "Int8"},   {"int2", "Int2"},
-      {"uint2", "UInt2"}, {"int4", "Int4"},             {"uint4", "UInt4"}, {"zkt_time", "UInt4"},
-      {"zkt_date", "UInt4"}, {"int1", "Int1"},          {"uint1", "UInt1"}, {"float", "Float"},
-      {"double", "Double"}, {"zkt_int8", "Char"},       {"char", "Char"},
-  };
-  for (const auto& r : rows) EXPECT_STREQ(java_seq_elem_type(r[0]), r[1]) << r[0];
-}
-
 TEST(Managed, StorageAttribute) {
   struct Case {
     const char* decl;  // the class declaration

@@ -195,24 +195,4 @@ TEST(Scalars, DirectStructPutTail) {
   }
 }
 
-TEST(Scalars, FreeFunctions) {
-  // clang-format off
-  const struct { int size; const char* get; const char* put; const char* put_ev; } rows[] = {
-    // size  get              put              with event
-    { 1,     "zkt_w_b1_get",  "zkt_w_b1_put",  "zkt_w_b1_put_ev" },
-    { 2,     "zkt_w_b2_get",  "zkt_w_b2_put",  "zkt_w_b2_put_ev" },
-    { 4,     "zkt_w_b4_get",  "zkt_w_b4_put",  "zkt_w_b4_put_ev" },
-    { 8,     "zkt_w_b8_get",  "zkt_w_b8_put",  "zkt_w_b8_put_ev" },
-  };
-  // clang-format on
-  for (const auto& r : rows) {
-    EXPECT_STREQ(simple_get_accessor_name(r.size), r.get);
-    EXPECT_STREQ(simple_put_accessor_name(r.size, false), r.put);
-    EXPECT_STREQ(simple_put_accessor_name(r.size, true), r.put_ev);
-  }
-  EXPECT_STREQ(enum_int_type(1), "uint1");
-  EXPECT_STREQ(enum_int_type(4), "uint4");
-  EXPECT_STREQ(simple_put_cast(1), "uint1");
-}
-
 }  // namespace
