@@ -2,13 +2,16 @@
 #ifndef ZKT_TESTS_PROC_UTIL_H
 #define ZKT_TESTS_PROC_UTIL_H
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -86,6 +89,26 @@ inline void writeFile(const std::string& path, const std::string& text) {
 }
 
 inline bool fileExists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+
+inline std::string readFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+// The names of the .sch files in dir.
+inline std::vector<std::string> schemaFiles(const std::string& dir) {
+  std::vector<std::string> r;
+  if (DIR* d = opendir(dir.c_str())) {
+    while (dirent* e = readdir(d)) {
+      const std::string n = e->d_name;
+      if (n.size() > 4 && n.compare(n.size() - 4, 4, ".sch") == 0) r.push_back(n);
+    }
+    closedir(d);
+  }
+  return r;
+}
 
 }  // namespace procutil
 

@@ -21,13 +21,6 @@ const char kHead[] =
     "declare database d;\nenum color { red, green };\nstruct S5 { unsigned<1> a; unsigned<4> b; };\n"
     "struct K { unsigned<4> id; };\ndeclare oid K[4];\nclass q { oid; signed<4> z; list; };\n";
 
-std::string readText(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
 // The C file of a debug compile: it holds the bodies.
 std::string cFile(const std::string& schema, Options o = Options()) {
   o.debug = true;
@@ -319,8 +312,8 @@ TEST(Arrays, Placement) {
   };
   for (const Case& c : cases) {
     const std::string out = compile(c.opts);
-    const std::string h = gentest::maskTime(readText(out + "/d.h"));
-    const std::string cf = gentest::maskTime(readText(out + "/d.c"));
+    const std::string h = gentest::maskTime(procutil::readFile(out + "/d.h"));
+    const std::string cf = gentest::maskTime(procutil::readFile(out + "/d.c"));
     EXPECT_NE(h.find(c.header), std::string::npos) << c.header;
     if (c.cfile == nullptr)
       EXPECT_EQ(cf.find("_a_at"), std::string::npos);
@@ -329,7 +322,7 @@ TEST(Arrays, Placement) {
   }
   const std::string w2 = compile({"-wchar", "2", "-hpp"}), w4 = compile({"-wchar", "4", "-hpp"});
   for (const char* f : {"/d.h", "/d.c", "/d.hpp"})
-    EXPECT_EQ(gentest::maskTime(readText(w2 + f)), gentest::maskTime(readText(w4 + f))) << f;
+    EXPECT_EQ(gentest::maskTime(procutil::readFile(w2 + f)), gentest::maskTime(procutil::readFile(w4 + f))) << f;
   std::filesystem::remove_all(dir);
 }
 

@@ -17,24 +17,6 @@ using dicttest::Lib;
 
 const std::string kSchemas = std::string(ZKT_SOURCE_DIR) + "/tests/schemas";
 
-std::vector<std::string> schemaFiles() {
-  std::vector<std::string> r;
-  DIR* d = opendir(kSchemas.c_str());
-  while (dirent* e = readdir(d)) {
-    const std::string n = e->d_name;
-    if (n.size() > 4 && n.compare(n.size() - 4, 4, ".sch") == 0) r.push_back(n);
-  }
-  closedir(d);
-  return r;
-}
-
-std::string readFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
 // Direct structs are laid out by the target compiler in one form and
 // replayed in numbers in the other; they (and what holds them) differ by design.
 bool involvesDirect(const Struct& s) {
@@ -71,11 +53,11 @@ TEST(DictDifferential, LibraryAgreesWithTheFileCompilerLayout) {
       {"none", false, false, false}, {"nosort", true, false, false},
       {"large", false, true, false}, {"compact", false, false, true},
   };
-  const std::vector<std::string> files = schemaFiles();
+  const std::vector<std::string> files = procutil::schemaFiles(kSchemas);
   int compared = 0;  // fields compared, so that skipping can't pass for agreement
   ASSERT_GE(files.size(), 9u);
   for (const std::string& file : files) {
-    const std::string text = readFile(kSchemas + "/" + file);
+    const std::string text = procutil::readFile(kSchemas + "/" + file);
     for (const Option& opt : options) {
       const std::string what = file + " / " + opt.name;
       antest::Options ao;

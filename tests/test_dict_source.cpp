@@ -154,24 +154,6 @@ const std::string kCompiler = ZKT_COMPILER_PATH;
 const std::string kSchemas = std::string(ZKT_SOURCE_DIR) + "/tests/schemas";
 const std::string kRuntime = std::string(ZKT_SOURCE_DIR) + "/tests/runtime";
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
-std::vector<std::string> schemaFiles() {
-  std::vector<std::string> r;
-  DIR* d = opendir(kSchemas.c_str());
-  while (dirent* e = readdir(d)) {
-    const std::string n = e->d_name;
-    if (n.size() > 4 && n.compare(n.size() - 4, 4, ".sch") == 0) r.push_back(n);
-  }
-  closedir(d);
-  return r;
-}
-
 // The generated dictionary function of a shared object built from {db}.c.
 struct Compiled {
   void* so = nullptr;
@@ -182,7 +164,7 @@ struct Compiled {
     // Only the C file up to the end of the dictionary function: the accessor
     // bodies behind it don't all compile (the fixed view of a struct whose
     // member struct is declared behind it names a member it lacks).
-    const std::string text = readFile(dir + "/" + db + ".c");
+    const std::string text = procutil::readFile(dir + "/" + db + ".c");
     const size_t at = text.find("zkt_dictionary_h " + db + "_get_dictionary(void)");
     const size_t end = at == std::string::npos ? at : text.find("\n}\n", at);
     const std::string unit = dir + "/" + db + "_dict.c";
@@ -281,8 +263,8 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
   const std::string dir = procutil::makeTempDir();
   const std::string libDir = procutil::makeTempDir();
   int compared = 0;
-  for (const std::string& file : schemaFiles()) {
-    const std::string text = readFile(kSchemas + "/" + file);
+  for (const std::string& file : procutil::schemaFiles(kSchemas)) {
+    const std::string text = procutil::readFile(kSchemas + "/" + file);
     for (const Option& opt : options) {
       const std::string what = file + " / " + opt.name;
       const std::string out = dir + "/" + std::to_string(compared + 1);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "genout_util.h"
+#include "proc_util.h"
 
 namespace {
 
@@ -13,10 +14,7 @@ using gentest::Generated;
 using gentest::Options;
 
 std::string expected(const std::string& name) {
-  std::ifstream in(std::string(ZKT_SOURCE_DIR) + "/tests/expected/frame/" + name, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
+  return procutil::readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/frame/" + name);
 }
 
 Options opts(bool debug, bool hpp, bool smartptr, bool dll) {

@@ -53,13 +53,6 @@ Names listDir(const std::string& dir) {
   return r;
 }
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
 bool startsWith(const std::string& s, const std::string& prefix) { return s.compare(0, prefix.size(), prefix) == 0; }
 
 const char kPlain[] = "declare database d;\nclass c { signed<4> a; tree<a> ia; };\n";
@@ -134,11 +127,11 @@ TEST(GenOutputCli, ExistingUserCodeFilesAreKept) {
   EXPECT_EQ(r.err,
             "warning: file d_udf.c exists, generate d_udf.c.new\n"
             "warning: file d_coll.c exists, generate d_coll.c.new\n");
-  EXPECT_EQ(readFile(out + "/d_udf.c"), udf);
-  EXPECT_EQ(readFile(out + "/d_coll.c"), coll);
+  EXPECT_EQ(procutil::readFile(out + "/d_udf.c"), udf);
+  EXPECT_EQ(procutil::readFile(out + "/d_coll.c"), coll);
   EXPECT_EQ(listDir(out), (Names{"d.c", "d.h", "d_coll.c", "d_coll.c.new", "d_udf.c", "d_udf.c.new"}));
   for (const char* f : {"/d_udf.c.new", "/d_coll.c.new"})
-    EXPECT_NE(readFile(out + f).find("\n#include \"d.h\"\n#include \"zktwrap.h\"\n\n"), std::string::npos) << f;
+    EXPECT_NE(procutil::readFile(out + f).find("\n#include \"d.h\"\n#include \"zktwrap.h\"\n\n"), std::string::npos) << f;
 }
 
 struct LayoutErrorCase {
@@ -199,7 +192,7 @@ TEST(GenOutputCli, DeepChainOfNestedStructsCompiles) {
   EXPECT_EQ(r.status, 0) << r.err.substr(0, 500);
   EXPECT_TRUE(startsWith(r.out, "Compiled successfully: ")) << r.out;
   // The size of the innermost field reaches the class through every level.
-  std::string xml = readFile(dir.path + "/d.xml");
+  std::string xml = procutil::readFile(dir.path + "/d.xml");
   EXPECT_NE(xml.find("<fld name=\"top\" sz=\"4\" a=\"4\" offs=\"0\" />"), std::string::npos);
 }
 

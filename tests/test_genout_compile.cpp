@@ -436,13 +436,6 @@ protected:
     EXPECT_EQ(r.err, "") << what << " " << file;
   }
 
-  static std::string readText(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
-  }
-
   int n_corpus_ = 1000;
 
 private:
@@ -558,7 +551,7 @@ TEST_F(GenOutputCompile, XmlJsonAndUserCodeCompile) {
       expectCompiles(gcc, out, f, what, m.cflags);
     }
     std::string unit = "#include \"d.h\"\n";
-    const std::string h = readText(out + "/d.h");
+    const std::string h = procutil::readFile(out + "/d.h");
     int macros = 0;
     for (size_t at = h.find("#define "); at != std::string::npos; at = h.find("#define ", at + 1)) {
       const size_t end = h.find("(ek)", at);
@@ -703,7 +696,7 @@ TEST_F(GenOutputCompile, CorpusCompiles) {
       // assignment form and a never-used pointer is set to it: the required
       // text gives these two warnings.
       const bool segmentless =
-          readText(out + "/" + db + ".c").find("v_all_index_fields[1]; /*empty*/") != std::string::npos;
+          procutil::readFile(out + "/" + db + ".c").find("v_all_index_fields[1]; /*empty*/") != std::string::npos;
       const std::vector<std::string> allowed =
           segmentless ? std::vector<std::string>{"-Wdiscarded-qualifiers", "-Wunused-variable"}
                       : std::vector<std::string>{};

@@ -24,13 +24,6 @@
 
 namespace {
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
 // Java text on a string stream too: with Java not wanted no file is opened,
 // so every Java line lands in this one stream.
 class JavaStrGen : public gentest::StrGenOutput {
@@ -301,7 +294,7 @@ TEST(Managed, ClassFileWhole) {
   Dir d;
   ProcResult r = compile(d, kFileSchema, {"-java", "-java-package", "p.q"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(readFile(d.path + "/Item.java"), readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/managed/Item.java"));
+  EXPECT_EQ(procutil::readFile(d.path + "/Item.java"), procutil::readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/managed/Item.java"));
 }
 
 TEST(Managed, NoFileForSuppressedOrHidden) {
@@ -323,7 +316,7 @@ TEST(Managed, SecondJavaFileOfOneName) {
   ProcResult r = compile(d, "declare database shop;\nenum shop { a, b };\nclass c { signed<4> x; list; };\n", {"-java"});
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_HAS(r.out + r.err, "file shop.java generated twice");
-  EXPECT_EQ(readFile(d.path + "/shop.java"),
+  EXPECT_EQ(procutil::readFile(d.path + "/shop.java"),
             "import com.halvorn.vantrel.*;\n\npublic class shop { \n\tpublic static Class[] classes = { \n"
             "\tc.class\n\t};\n}\n\n");
   // A struct after a class of its name: the struct's file is the one kept.
@@ -332,7 +325,7 @@ TEST(Managed, SecondJavaFileOfOneName) {
               "class o { x m; signed<4> k; unique tree<k> t; };\n", {"-java"});
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_HAS(r.out + r.err, "file x.java generated twice");
-  EXPECT_EQ(readFile(d2.path + "/x.java"), "import com.halvorn.vantrel.*;\n\npublic class x {\n\tpublic int y;\n}\n");
+  EXPECT_EQ(procutil::readFile(d2.path + "/x.java"), "import com.halvorn.vantrel.*;\n\npublic class x {\n\tpublic int y;\n}\n");
 }
 
 // The path of a tool on PATH, empty when there is none.

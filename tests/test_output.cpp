@@ -14,13 +14,6 @@ namespace {
 using gentest::Generated;
 using gentest::Options;
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
 const char kSchema[] =
     "declare database d;\n"
     "declare auto_oid[100];\n"
@@ -48,7 +41,7 @@ std::string headRegion(const std::string& h) {
 // class has none), handles of owned structs only, direct structs in both
 // forms. Mergeable names no code in a define.
 TEST(Output, HeaderHeadIsTheExpectedText) {
-  const std::string want = readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/output/head.h");
+  const std::string want = procutil::readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/output/head.h");
   for (bool mergeable : {false, true}) {
     Options o;
     o.mergeable = mergeable;
@@ -180,7 +173,7 @@ TEST(Output, JavaFiles) {
       {ZKT_COMPILER_PATH, "-java", "-java-package", "p", "-o", dir, dir + "/x.sch"});
   ASSERT_EQ(r.status, 0) << r.err;
   const std::string head = "package p;\nimport com.halvorn.vantrel.*;\n\n";
-  EXPECT_EQ(readFile(dir + "/d.java"), head +
+  EXPECT_EQ(procutil::readFile(dir + "/d.java"), head +
                                            "public class d { \n"
                                            "\tpublic static Class[] classes = { \n"
                                            "\tc.class,\n"
@@ -188,9 +181,9 @@ TEST(Output, JavaFiles) {
                                            "\tlonely.class\n"
                                            "\t};\n"
                                            "}\n\n");
-  EXPECT_EQ(readFile(dir + "/color.java"), head + "public enum color {\n\tred,\n\tgreen\n};\n\n");
+  EXPECT_EQ(procutil::readFile(dir + "/color.java"), head + "public enum color {\n\tred,\n\tgreen\n};\n\n");
   // A direct struct's sizes are symbolic, so are its Dimension arguments.
-  EXPECT_EQ(readFile(dir + "/V.java"), head +
+  EXPECT_EQ(procutil::readFile(dir + "/V.java"), head +
                                            "public class V {\n"
                                            "\tpublic double x;\n"
                                            "\tpublic int y;\n"

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "genout_util.h"
+#include "proc_util.h"
 
 namespace {
 
@@ -16,10 +17,7 @@ using gentest::Options;
 bool has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 std::string expected(const std::string& name) {
-  std::ifstream in(std::string(ZKT_SOURCE_DIR) + "/tests/expected/udf/" + name, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
+  return procutil::readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/udf/" + name);
 }
 
 Options prefixed() {
