@@ -23,10 +23,7 @@ const char kHead[] =
 
 // The C file of a debug compile: it holds the bodies.
 std::string cFile(const std::string& schema, Options o = Options()) {
-  o.debug = true;
-  Generated g(kHead + schema, o);
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
+  return gentest::debugCFile(kHead + schema, o);
 }
 
 // One field alone in class p: offsets 0 in both layouts, field number 0, so

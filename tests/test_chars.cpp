@@ -14,13 +14,7 @@ using gentest::Options;
 using Names = std::vector<std::string>;
 
 // Generated in debug mode; the C file holds the bodies.
-std::string cFile(const std::string& schema) {
-  Options o;
-  o.debug = true;
-  Generated g("declare database d;\n" + schema, o);
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
-}
+std::string cFile(const std::string& schema) { return gentest::debugCFile("declare database d;\n" + schema); }
 
 TEST(Chars, FunctionsPerFamily) {
   struct Case {

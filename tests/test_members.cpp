@@ -26,11 +26,7 @@ Options debugOptions() {
   return o;
 }
 
-std::string cFile(const std::string& schema) {
-  Generated g("declare database d;\n" + schema, debugOptions());
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
-}
+std::string cFile(const std::string& schema) { return gentest::debugCFile("declare database d;\n" + schema); }
 
 // Generated with -hpp; the C++ header with its inline definitions.
 std::string hppFile(const std::string& schema, bool smartptr = false) {

@@ -15,10 +15,7 @@ using Names = std::vector<std::string>;
 
 // Generated in debug mode; the C file holds the bodies.
 std::string cFile(const std::string& schema, Options o = Options()) {
-  o.debug = true;
-  Generated g("declare database d;\nenum color { red, green };\n" + schema, o);
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
+  return gentest::debugCFile("declare database d;\nenum color { red, green };\n" + schema, o);
 }
 
 // One field alone in a class stands at offset 0 in both layouts, field number 0.

@@ -17,13 +17,7 @@ const char kHead[] =
     "declare database d;\nenum color { red, green };\nstruct S5 { unsigned<1> a; unsigned<4> b; };\n"
     "struct K { unsigned<4> id; };\ndeclare oid K[4];\nclass q { oid; signed<4> z; list; };\n";
 
-std::string cFile(const std::string& schema) {
-  Options o;
-  o.debug = true;
-  Generated g(kHead + schema, o);
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
-}
+std::string cFile(const std::string& schema) { return gentest::debugCFile(kHead + schema); }
 
 // One field alone in class p, with the class's update event that no vector
 // accessor passes: {H} is "(zkt_objhandle_h)handle, 0, 0, 0".
