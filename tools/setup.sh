@@ -1,7 +1,12 @@
 #!/bin/sh
 # Installs what the build needs on a fresh Debian machine (as root), or says what to install.
 # The C# and Java compilers only serve optional tests: failing to get them never fails setup.
+# "setup.sh fuzz" also installs clang 14 with libFuzzer, for make fuzz.
 missing=""
+if [ "${1:-}" = fuzz ]; then
+  command -v clang++-14 >/dev/null 2>&1 || missing="$missing clang-14"
+  dpkg -s libclang-rt-14-dev >/dev/null 2>&1 || missing="$missing libclang-rt-14-dev"
+fi
 command -v cmake >/dev/null 2>&1 || missing="$missing cmake"
 command -v g++ >/dev/null 2>&1 || missing="$missing g++"
 command -v make >/dev/null 2>&1 || missing="$missing make"

@@ -48,7 +48,10 @@ void final(IFinalCallback* cbk) {
   exit(-1);
 }
 
+void (*IErrReporter::s_panicHook)(const mstring& msg, bool normalError) = nullptr;
+
 void IErrReporter::panic(const mstring& msg, bool normalError) {
+  if (s_panicHook) s_panicHook(msg, normalError);
   fprintf(stderr, "%s: %s\n", normalError ? "error" : "internal error", msg.c_str());
   exit(-1);
 }

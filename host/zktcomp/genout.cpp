@@ -1,6 +1,8 @@
 // Generator frame: output files and their routing, heads and tails, names with prefix, and column widths.
 #include "genout.h"
 
+#include <errno.h>
+#include <string.h>
 #include <unistd.h>
 
 GenOutput::GenOutput(Schema& sc, bool debug, bool nosort, bool dumpxml, bool gen_hpp, bool gen_cs, bool gen_java,
@@ -161,6 +163,17 @@ void GenOutput::run() {
   outputUserdef();
   outputCollation();
   ending();
+  checkWritten();
+}
+
+// Writes to a full disk fail silently into the stdio buffers: this makes the
+// failure an error, whose final callback removes the outputs.
+void GenOutput::checkWritten() {
+  IOutStream* const files[] = {m_h, m_c, m_hpp, m_cs, m_x, m_udf, m_coll};
+  for (IOutStream* os : files) {
+    if (os == nullptr || os->flush()) continue;
+    m_err->err(mstring("Cannot write output files: ") + strerror(errno));
+  }
 }
 
 // ---------------------------------------------------------------- small writers

@@ -118,6 +118,7 @@ public:
   // ---- the frame
   void init();
   void run();
+  void checkWritten();  // an error when a file stream failed to write
   void close();
   static mvector<mstring> listAllOutputs(const mstring& dir, const mstring& name);
   static const char* inline_macro() { return "ZKT_TARGET_INLINE "; }

@@ -40,6 +40,9 @@ public:
   // and the text on standard error and exits at once, without the final
   // callback, in both compilers.
   [[noreturn]] static void panic(const mstring& msg, bool normalError);
+  // Test seam, null in both compilers: when set, panic calls it first, and
+  // a hook that throws unwinds the compile instead of ending the process.
+  static void (*s_panicHook)(const mstring& msg, bool normalError);
 };
 
 // The message table: "key = message" rows, ended by a null pointer.

@@ -286,6 +286,7 @@ public:
     return *this;
   }
   bool good() override { return fs != nullptr; }
+  bool flush() override { return fflush(fs) == 0 && !ferror(fs); }
 };
 
 class ZktOstringstream : public IOutStream {

@@ -147,6 +147,8 @@ public:
   virtual IOutStream& operator<<(long long n) = 0;
   virtual bool good() = 0;
   virtual mstring retstr();  // empty but for the string stream
+  // Writes out what is buffered; false when a write failed (a full disk).
+  virtual bool flush() { return true; }
 
   IOutStream& operator<<(char* s) { return *this << (const char*)s; }
   IOutStream& operator<<(int n) { return *this << (long)n; }
