@@ -1,6 +1,8 @@
 // The library's memory over many calls: 20,000 compiles alternating a valid schema, one with a syntax
-// error and one with a warning leave resident memory flat once the caller frees the dictionaries' blocks.
+// error and one with a warning leave resident memory and open files flat once the caller frees the
+// dictionaries' blocks.
 #include <gtest/gtest.h>
+#include <dirent.h>
 #include <unistd.h>
 
 #include "dict_util.h"
@@ -16,6 +18,15 @@ long residentKb() {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
+int openFiles() {
+  int n = 0;
+  if (DIR* d = opendir("/proc/self/fd")) {
+    while (readdir(d) != nullptr) n++;
+    closedir(d);
+  }
+  return n;
+}
+
 TEST(LibraryMemory, FlatOverTwentyThousandCalls) {
   const struct {
     const char* schema;
@@ -28,6 +39,7 @@ TEST(LibraryMemory, FlatOverTwentyThousandCalls) {
       {"declare database warn;\nclass a { signed<4> x; history[10]; tree<x> byx; };", 0, 1},
   };
   long warm = 0;
+  const int files = openFiles();
   for (int i = 0; i < 20000; i++) {
     if (i == 1500) warm = residentKb();
     const auto& r = rows[i % 3];
@@ -39,6 +51,7 @@ TEST(LibraryMemory, FlatOverTwentyThousandCalls) {
   const long grown = residentKb() - warm;
   printf("resident memory after warm-up: %ld KB, grown by %ld KB over 18,500 calls\n", warm, grown);
   EXPECT_LE(grown, 2048);
+  EXPECT_EQ(openFiles(), files);
 }
 
 }  // namespace
