@@ -1138,8 +1138,9 @@ void Analyzer::do_field(Struct& s) {
     } else {
       f.m_isArray = true;
       // A bitmap may leave its size out ("[]"): the class end fills it in.
+      // A negative size is a number too large for an int.
       f.m_arraySize = (int)m_p.getNumEx(f.m_isBitmapFld);
-      if (f.m_arraySize > 65535 || (f.m_arraySize < 1 && !f.m_isBitmapFld)) error("array size limits");
+      if (f.m_arraySize > 65535 || f.m_arraySize < (f.m_isBitmapFld ? 0 : 1)) error("array size limits");
       m_p.match("]");
     }
   }
