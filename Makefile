@@ -26,7 +26,7 @@ test: build
 test-sanitize: setup
 	cmake -S . -B $(SAN_BUILD) -DZKT_WERROR=ON -DZKT_SANITIZE=ON
 	cmake --build $(SAN_BUILD) -j $(JOBS)
-	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=0:abort_on_error=0 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
 
 # Each fuzz target for FUZZ_SECONDS, one after the other (clang 14 with libFuzzer).

@@ -9,20 +9,9 @@
 #include <thread>
 
 #include "proc_util.h"
+#include "sanitized.h"
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-const bool kSanitized = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-const bool kSanitized = true;
-#else
-const bool kSanitized = false;
-#endif
-#else
-const bool kSanitized = false;
-#endif
 
 const char kSchema[] = "declare database h;\nclass a { signed<4> x; tree<x> byx; };\n";
 
@@ -30,7 +19,7 @@ const char kSchema[] = "declare database h;\nclass a { signed<4> x; tree<x> byx;
 ProcResult compile(const std::vector<std::string>& args, const std::string& dir) {
   return procutil::runChild([&] {
     alarm(60);
-    if (!kSanitized) {
+    if (!ZKT_SANITIZED) {  // the sanitizers reserve terabytes of address space
       const rlimit limit{2UL << 30, 2UL << 30};
       setrlimit(RLIMIT_AS, &limit);
     }
