@@ -534,6 +534,8 @@ Field::DictInfo Field::dict_info(bool allow_struct) const {
 }
 
 FieldInitType Field::getInitializerType() const {
+  // A struct or a blob takes no initial value; dict_info(false) would stop on them.
+  if (m_pstruct->m_category == ET_STRUCT || m_pstruct->m_category == ET_BLOB) return INIT_NONE;
   // clang-format off
   switch (dict_info(false).etype) {
     case 1: case 2: case 3: case 4: case 5: case 6:   // integers
