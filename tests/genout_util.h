@@ -20,10 +20,6 @@ struct Options : antest::Options {
   bool mergeable = false;
   bool dll = false;
   bool cmode1 = false;
-  bool java = false;  // the Java files go to outDir
-  bool xml = false;
-  bool json = false;
-  std::string outDir;
 };
 
 // Every file is a string stream, so a test reads what would be written; the
@@ -31,8 +27,8 @@ struct Options : antest::Options {
 class StrGenOutput : public GenOutput {
 public:
   StrGenOutput(Schema& sc, IErrReporter* rep, const Options& o)
-      : GenOutput(sc, o.debug || o.hpp, o.nosort, o.dumpxml, o.hpp, o.cs, o.java, o.smartptr, rep, o.outDir.c_str(), "",
-                  "", o.cmode1, o.xml, o.json, o.sql, o.large, o.sizeT, 4, o.prefix, o.mergeable, o.dll) {}
+      : GenOutput(sc, o.debug || o.hpp, o.nosort, o.dumpxml, o.hpp, o.cs, false, o.smartptr, rep, "", "", "", o.cmode1,
+                  false, false, o.sql, o.large, o.sizeT, 4, o.prefix, o.mergeable, o.dll) {}
   void createStreams(bool, bool) override {
     m_h = IOutStream::createStrStream("");
     m_c = IOutStream::createStrStream("");

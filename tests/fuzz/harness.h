@@ -9,7 +9,8 @@
 
 #include <string>
 
-#include "../genout_util.h"
+#include "../analyzer_util.h"
+#include "genout.h"
 #include "zktcomp.h"
 
 namespace fuzzh {
@@ -77,22 +78,48 @@ inline void clearDir(const std::string& dir) {
   closedir(d);
 }
 
-// The file compiler's phases over string streams, Java files into outDir.
+// The file compiler's generator with every option: each file a string
+// stream, the Java files in outDir.
+struct GenOptions {
+  bool hpp, cs, java, dumpxml, debug, mergeable, prefix, xml, json, smartptr, dll;
+};
+class FuzzGenOutput : public GenOutput {
+public:
+  FuzzGenOutput(Schema& sc, IErrReporter* rep, const GenOptions& g, const antest::Options& a, const std::string& outDir)
+      : GenOutput(sc, g.debug || g.hpp, a.nosort, g.dumpxml, g.hpp, g.cs, g.java, g.smartptr, rep, outDir.c_str(), "",
+                  "", false, g.xml, g.json, a.sql, a.large, a.sizeT, 4, g.prefix, g.mergeable, g.dll) {}
+  void createStreams(bool, bool) override {
+    IOutStream** const files[] = {&m_h, &m_c, &m_hpp_tail, &m_hpp, &m_cs, &m_x, &m_udf, &m_coll};
+    for (IOutStream** f : files) *f = IOutStream::createStrStream("");
+    createRouting();
+    m_java = IOutStream::createNullStream();
+  }
+};
+
+// Analysis, checks, layout and generation as the file compiler runs them.
 // Bits of the first two bytes, low first: -hpp -cs -java -dumpxml -debug
 // -compact -nosort -large, -size-t 4 -mergeable -prefix -xml -json -sql -smartptr -dll.
 inline Result compile(const uint8_t* data, size_t size, const std::string& outDir) {
   const unsigned b = flagsOf(data, size);
-  gentest::Options o;
-  bool* const bits[] = {&o.hpp,  &o.cs,     &o.java,      &o.dumpxml, &o.debug, &o.allCompact, &o.nosort, &o.large,
-                        nullptr, &o.mergeable, &o.prefix, &o.xml,     &o.json,  &o.sql,        &o.smartptr, &o.dll};
-  for (unsigned i = 0; i < 16; i++)
-    if (bits[i] != nullptr) *bits[i] = (b >> i) & 1;
-  o.sizeT = (b & 0x100) ? 4 : 8;
-  o.outDir = outDir;
+  auto bit = [b](unsigned i) { return ((b >> i) & 1) != 0; };
+  antest::Options a;
+  a.allCompact = bit(5);
+  a.nosort = bit(6);
+  a.large = bit(7);
+  a.sizeT = bit(8) ? 4 : 8;
+  a.sql = bit(13);
+  const GenOptions g{bit(0), bit(1), bit(2), bit(3), bit(4), bit(9), bit(10), bit(11), bit(12), bit(14), bit(15)};
   PanicGuard guard;
   try {
-    gentest::Generated g(schemaOf(data, size), o);
-    if (!g.ok || !g.run()) return {Outcome::SchemaError, g.msg};
+    antest::Finished fin(schemaOf(data, size), a);
+    if (!fin.ok) return {Outcome::SchemaError, fin.msg};
+    FuzzGenOutput gen(fin.schema(), &fin.rep, g, a, outDir);
+    try {
+      gen.init();
+      gen.run();
+    } catch (const CompilerError& e) {
+      return {Outcome::SchemaError, e.m_msg.c_str()};
+    }
     return {Outcome::Compiled, ""};
   } catch (const Stop& s) {
     return judgeStop(s.text);
