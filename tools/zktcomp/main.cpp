@@ -35,7 +35,7 @@ static const char kUsage[] =
     "  -prefix                prefix generated names with the database name\n"
     "  -mergeable             generated code may be merged with another schema's\n"
     "  -dll                   decorate exported functions for a shared library\n"
-    "  -M <file>              also write a make-style dependency file (outputs: schema and included files)\n"
+    "  -M <file>              also write a make rule: the outputs depend on the schema and its includes\n"
     "  -list-outputs          print the paths of the files the options would generate, write nothing\n"
     "  -notime                no wall-clock time in the generated banners (reproducible output)\n"
     "  -ifchanged             replace only outputs whose content changed (others keep their time)\n"
