@@ -66,15 +66,6 @@ struct Generated : antest::Finished {
   static std::string text(IOutStream* os) { return os->retstr().c_str(); }
 };
 
-// The C file of schema compiled with -debug, where the function bodies go;
-// the error instead when the compile fails.
-inline std::string debugCFile(const std::string& schema, Options o = Options()) {
-  o.debug = true;
-  Generated g(schema, o);
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
-}
-
 // The banner's time masked, as the expected files have it.
 inline std::string maskTime(std::string s) {
   const std::string at = " * at ";

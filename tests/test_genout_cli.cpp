@@ -134,31 +134,38 @@ TEST(GenOutputCli, ExistingUserCodeFilesAreKept) {
     EXPECT_NE(procutil::readFile(out + f).find("\n#include \"d.h\"\n#include \"zktwrap.h\"\n\n"), std::string::npos) << f;
 }
 
-struct LayoutErrorCase {
-  const char* schema;
-  const char* message;
-};
-
-// An error during layout closes and removes the outputs of the database;
-// the C# file is not among them.
-TEST(GenOutputCli, LayoutErrorsRemoveTheOutputsButTheCsFile) {
-  // Each message is checked in the layout tests; here the way out.
-  const LayoutErrorCase cases[] = {
-      {"declare database d;\ncompact class big { char<65536> a; };\n", "Class big is too large to be compact"},
-      {"declare database d;\nstruct E { signed<4> x; char<40000> y; };\nclass c { E a[65535]; };\n",
-       "Struct c is too large"},
+// An error during layout or generation closes and removes the outputs of the
+// database, the C# file excepted; an internal stop ends at once and leaves them.
+TEST(GenOutputCli, ErrorsEndTheCompile) {
+  struct Case {
+    const char* schema;  // behind the database statement
+    const char* err;
+    bool internal;
   };
-  for (const LayoutErrorCase& c : cases) {
+  // clang-format off
+  const Case cases[] = {
+    { "compact class big { char<65536> a; };",                     "File x.sch; error: Class big is too large to be compact\n\n", false },
+    { "struct E { signed<4> x; char<40000> y; };\nclass c { E a[65535]; };", "File x.sch; error: Struct c is too large\n\n", false },
+    { "class p { blob b[2]; list; };",                             "File x.sch; error: Blob cannot be element of an array\n\n", false },
+    { "class p { vector<blob> b; list; };",                        "File x.sch; error: Blob cannot be element of a vector\n\n", false },
+    { "class p { optional signed<4> o; list; };",                  "File x.sch; error: optional may be only struct\n\n", false },
+    { "direct struct V { signed<4> y; };\nclass p { optional V o; list; };", "File x.sch; error: optional may be only struct\n\n", false },
+    { "struct S { signed<4> a; boolean updated_bitmap[]; };\nclass p { S s; list; };", "internal error: internal error, array size\n", true },
+    { "class g { rect<char<4>> r[2]; list; };",                    "internal error: unknown case\n", true },
+  };
+  // clang-format on
+  for (const Case& c : cases) {
     TempDir dir;
     const std::string out = dir.path + "/out";
     ASSERT_EQ(mkdir(out.c_str(), 0755), 0);
     // Files of an earlier compile of another database stay too.
     procutil::writeFile(out + "/e.h", "other\n");
-    ProcResult r = compileIn(dir.path, c.schema, {"-o", "out", "-hpp", "-cs", "-dumpxml"});
-    EXPECT_EQ(r.status, 255) << c.message;
-    EXPECT_EQ(r.err, std::string("File x.sch; error: ") + c.message + "\n\n");
-    EXPECT_EQ(r.out, std::string(kFailed) + "\n") << c.message;
-    EXPECT_EQ(listDir(out), (Names{"d.cs", "e.h"})) << c.message;
+    ProcResult r = compileIn(dir.path, std::string("declare database d;\n") + c.schema, {"-o", "out", "-hpp", "-cs", "-dumpxml"});
+    EXPECT_EQ(r.status, 255) << c.schema;
+    EXPECT_EQ(r.err, c.err);
+    EXPECT_EQ(r.out, c.internal ? "" : std::string(kFailed) + "\n") << c.schema;
+    const Names left = c.internal ? Names{"d.c", "d.cs", "d.h", "d.hpp", "d.xml", "e.h"} : Names{"d.cs", "e.h"};
+    EXPECT_EQ(listDir(out), left) << c.schema;
   }
 }
 
