@@ -30,6 +30,10 @@ struct FileRow {
 
 // clang-format off
 const FileRow kRows[] = {
+  // the model as the dump and the dictionary show it: types, numbering, indexes, events, system classes
+  { "model",    "-dumpxml",                           "model",            ".c .xml" },
+  { "model",    "-dumpxml -nosort -large",            "model-nosort-large", ".c .xml" },
+  { "iot",      "-dumpxml",                           "iot",              ".c .xml" },
   // the frame: heads and tails, include lines, the debug and dll decorations
   { "frame",    "",                                   "frame",            "" },
   { "frame",    "-debug -dll",                        "frame-debug-dll",  "" },
