@@ -33,6 +33,7 @@ const FileRow kRows[] = {
   // the model as the dump and the dictionary show it: types, numbering, indexes, events, system classes
   { "model",    "-dumpxml",                           "model",            ".c .xml" },
   { "model",    "-dumpxml -nosort -large",            "model-nosort-large", ".c .xml" },
+  { "model",    "-cmode1",                            "model-cmode1",     ".c" },
   { "iot",      "-dumpxml",                           "iot",              ".c .xml" },
   // the frame: heads and tails, include lines, the debug and dll decorations
   { "frame",    "",                                   "frame",            "" },

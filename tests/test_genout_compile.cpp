@@ -186,7 +186,8 @@ const SchemaCase kSchemas[] = {
     {"classes", focused("classes")}, {"scalars", focused("scalars")},   {"forward", focused("forward")},
     {"chars", focused("chars")},     {"charseq", focused("charseq")},   {"arrays", focused("arrays")},
     {"breaks", kBreaksSchema},       {"user", kUserSchema},             {"members", focused("members")},
-    {"fixed", focused("fixed")},     {"seqtop", focused("seqtop")},     {"quirks", focused("quirks")}};
+    {"fixed", focused("fixed")},     {"seqtop", focused("seqtop")},     {"quirks", focused("quirks")},
+    {"iot", focused("iot")}};
 
 class GenOutputCompile : public ::testing::Test {
 protected:
