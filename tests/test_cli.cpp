@@ -1,8 +1,6 @@
 // Command line and compile job: option handling, the failure path and the files it removes.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
 #include <string>
 
 #include "genout.h"
@@ -13,14 +11,7 @@ namespace {
 
 const std::string kCompiler = ZKT_COMPILER_PATH;
 
-int entries(const std::string& dir) {
-  int n = 0;
-  DIR* d = opendir(dir.c_str());
-  while (dirent* e = readdir(d))
-    if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") n++;
-  closedir(d);
-  return n;
-}
+size_t entries(const std::string& dir) { return procutil::listDir(dir).size(); }
 
 TEST(Cli, MissingSchemaFile) {
   std::string dir = procutil::makeTempDir();
@@ -30,7 +21,7 @@ TEST(Cli, MissingSchemaFile) {
   ASSERT_NE(realpath(dir.c_str(), real), nullptr);
   EXPECT_EQ(r.out, "Current directory is: " + std::string(real) + "\nError executing DDL compiler\n");
   EXPECT_EQ(r.err, "error: Cannot open \"missing.sch\"\n\n");
-  EXPECT_EQ(entries(dir), 0);
+  EXPECT_EQ(entries(dir), 0u);
 }
 
 TEST(Cli, BadArgumentsGiveUsageAndStatus2) {
@@ -56,7 +47,7 @@ TEST(Cli, BadArgumentsGiveUsageAndStatus2) {
     EXPECT_NE(r.err.find("usage: zktcomp [options] <schema-file>"), std::string::npos);
     EXPECT_EQ(r.out, "");
   }
-  EXPECT_EQ(entries(dir), 1);  // nothing written
+  EXPECT_EQ(entries(dir), 1u);  // nothing written
 }
 
 TEST(Cli, HelpAndVersion) {
@@ -97,10 +88,6 @@ TEST(Job, FinalCallbackRemovesTheNamedFiles) {
   EXPECT_FALSE(procutil::fileExists(dir + "/d_udf.c.new"));
   EXPECT_TRUE(procutil::fileExists(dir + "/other.h"));
 }
-
-}  // namespace
-
-namespace {
 
 // The front end's errors on the console: the reader's carry a position (one
 // above the column of the rewritten line, where every name has a blank on

@@ -37,12 +37,6 @@ TEST(DiagTranslate, TableRowsAndPlaceholders) {
             "field f was not defined in struct s and referenced from index i");
 }
 
-TEST(DiagTranslate, TableHasAllRows) {
-  int n = 0;
-  while (ZKT_MESSAGES[n]) n++;
-  EXPECT_EQ(n, 65);
-}
-
 struct RecordingCallback : IFinalCallback {
   void execute() override { printf("callback ran\n"); }
 };

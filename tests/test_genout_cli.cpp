@@ -2,7 +2,6 @@
 // where, what it does with existing user files, and how layout errors end.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -22,36 +21,9 @@ using Names = std::vector<std::string>;
 const std::string kCompiler = ZKT_COMPILER_PATH;
 const char kFailed[] = "Error executing DDL compiler";
 
-// A fresh directory, removed with everything in it at the end of the test.
-struct TempDir {
-  std::string path = procutil::makeTempDir();
-  TempDir() = default;
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  ~TempDir() { std::filesystem::remove_all(path); }
-};
-
-// Writes text to x.sch in dir and compiles it there, opts coming before the schema.
-ProcResult compileIn(const std::string& dir, const std::string& text, const Names& opts) {
-  procutil::writeFile(dir + "/x.sch", text);
-  Names argv{kCompiler};
-  argv.insert(argv.end(), opts.begin(), opts.end());
-  argv.push_back("x.sch");
-  return procutil::runProgram(argv, dir);
-}
-
-Names listDir(const std::string& dir) {
-  Names r;
-  if (DIR* d = opendir(dir.c_str())) {
-    while (dirent* e = readdir(d)) {
-      std::string n = e->d_name;
-      if (n != "." && n != "..") r.push_back(n);
-    }
-    closedir(d);
-  }
-  std::sort(r.begin(), r.end());
-  return r;
-}
+using procutil::compileIn;
+using procutil::listDir;
+using procutil::TempDir;
 
 bool startsWith(const std::string& s, const std::string& prefix) { return s.compare(0, prefix.size(), prefix) == 0; }
 

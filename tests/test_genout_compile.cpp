@@ -116,21 +116,6 @@ const KnownException* knownException(const std::string& options, const std::stri
   return nullptr;
 }
 
-// The full path of a program found on PATH, or "" if there is none.
-std::string findTool(const std::string& name) {
-  const char* path = getenv("PATH");
-  std::string p = path ? path : "/usr/bin:/bin";
-  size_t start = 0;
-  while (start <= p.size()) {
-    size_t end = p.find(':', start);
-    if (end == std::string::npos) end = p.size();
-    std::string cand = p.substr(start, end - start) + "/" + name;
-    if (end > start && access(cand.c_str(), X_OK) == 0) return cand;
-    start = end + 1;
-  }
-  return "";
-}
-
 // A struct, user-defined index and collation, so that the user-code files exist too.
 // No class of the corpus is named "c" or "t": the cursor functions name their
 // parameters so, and a parameter hides a type of the same name.
@@ -192,8 +177,8 @@ const SchemaCase kSchemas[] = {
 class GenOutputCompile : public ::testing::Test {
 protected:
   std::string dir = procutil::makeTempDir();
-  std::string gcc = findTool("gcc");
-  std::string gxx = findTool("g++");
+  std::string gcc = procutil::findTool("gcc");
+  std::string gxx = procutil::findTool("g++");
 
   void SetUp() override {
     if (gcc.empty() || gxx.empty()) GTEST_SKIP() << "gcc or g++ not found";

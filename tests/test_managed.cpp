@@ -30,19 +30,11 @@ std::string focused(const char* name) {
 const std::string kFileSchema = focused("shop");
 const std::string kWideSchema = focused("wide");
 
-struct Dir {
-  std::string path = procutil::makeTempDir();
-  ~Dir() { std::filesystem::remove_all(path); }
-};
+using Dir = procutil::TempDir;
 
-ProcResult compile(const Dir& d, const std::string& schema, std::vector<std::string> opts) {
-  procutil::writeFile(d.path + "/x.sch", schema);
-  std::vector<std::string> argv = {ZKT_COMPILER_PATH};
-  argv.insert(argv.end(), opts.begin(), opts.end());
-  argv.insert(argv.end(), {"-o", d.path, d.path + "/x.sch"});
-  return procutil::runProgram(argv);
+ProcResult compile(const Dir& d, const std::string& schema, const std::vector<std::string>& opts) {
+  return procutil::compileIn(d.path, schema, opts);
 }
-
 // An enum of the database's name: {db}.java is written after it and replaces
 // it, with a warning, instead of both writing into one file.
 TEST(Managed, SecondJavaFileOfOneName) {
@@ -60,14 +52,6 @@ TEST(Managed, SecondJavaFileOfOneName) {
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_HAS(r.out + r.err, "file x.java generated twice");
   EXPECT_EQ(procutil::readFile(d2.path + "/x.java"), "import com.halvorn.vantrel.*;\n\npublic class x {\n\tpublic int y;\n}\n");
-}
-
-// The path of a tool on PATH, empty when there is none.
-std::string toolPath(const char* tool) {
-  ProcResult r = procutil::runProgram({"/bin/sh", "-c", std::string("command -v ") + tool});
-  std::string path = r.status == 0 ? r.out : "";
-  while (!path.empty() && (path.back() == '\n' || path.back() == '\r')) path.pop_back();
-  return path;
 }
 
 // Compiles schema into d; a failure of the compiler fails the test.
@@ -105,7 +89,7 @@ int mcs(const std::string& tool, const std::string& schema, const std::string& d
 }
 
 TEST(Managed, JavacCompiles) {
-  const std::string tool = toolPath("javac");
+  const std::string tool = procutil::findTool("javac");
   if (tool.empty()) GTEST_SKIP() << "javac is not installed";
   for (const std::string& schema : {kFileSchema, kWideSchema}) {
     std::string out;
@@ -115,7 +99,7 @@ TEST(Managed, JavacCompiles) {
 }
 
 TEST(Managed, McsCompiles) {
-  const std::string tool = toolPath("mcs");
+  const std::string tool = procutil::findTool("mcs");
   if (tool.empty()) GTEST_SKIP() << "mcs is not installed";
   const std::pair<std::string, const char*> schemas[] = {{kFileSchema, "shop"}, {kWideSchema, "wide"}};
   for (const auto& sc : schemas) {
@@ -127,7 +111,7 @@ TEST(Managed, McsCompiles) {
 
 // The listed breaks of the required text do fail to compile.
 TEST(Managed, KnownBreaks) {
-  const std::string javacTool = toolPath("javac"), mcsTool = toolPath("mcs");
+  const std::string javacTool = procutil::findTool("javac"), mcsTool = procutil::findTool("mcs");
   const char* const javaBreaks[] = {
       "declare database b;\nclass c { signed<4> a; unique tree<a> t; event<a update> au; };\n",
       "declare database b;\nclass c { signed<4> a; nullable datetime d; unique tree<a> t; };\n",

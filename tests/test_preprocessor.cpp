@@ -4,10 +4,11 @@
 #include <sys/stat.h>
 
 #include "frontend_util.h"
+#include "proc_util.h"
 
 using frontend::Outcome;
 using frontend::Reader;
-using frontend::TempDir;
+using procutil::TempDir;
 
 namespace {
 
