@@ -19,48 +19,7 @@ namespace {
 
 using gentest::Generated;
 using gentest::Options;
-
-Options cmode1(bool on, bool debug = false) {
-  Options o;
-  o.cmode1 = on;
-  o.debug = debug;
-  return o;
-}
-
-struct TextCase {
-  const char* schema;  // behind "declare database d;\n"
-  Options options;
-  const char* text;    // must stand in the C file
-};
-
-// clang-format off
-const TextCase kTexts[] = {
-  // the static and the assignment form of whole dictionaries are in tests/expected/model*/d.c
-  // a fixed class with no index gets a list index without key records
-  { "class k { signed<4> a; };", cmode1(false),
-    "      static const zkt_dict_index_field_t v_all_index_fields[1] = { {0,0,0,0,0} /*empty*/ \n"
-    "      }; \n" },
-  { "class k { signed<4> a; };", cmode1(true),
-    "      static const zkt_dict_index_field_t v_all_index_fields[1]; /*empty*/\n" },
-  // name tables only for debugging
-  { "class k { signed<4> a; tree<a> ia; };", cmode1(false, true),
-    "    {\n      static const char * const v_class_names[] = \n      {\n        0, \n"
-    "        \"k\"           , /* [1] */\n        0\n      };\n\n      dict.str_class_names = v_class_names;\n    }\n\n"
-    "    {\n      static const char * const v_index_names[] = \n      {\n"
-    "        \"k.ia\"           , /* [0] */\n        0\n      };\n\n      dict.str_index_names = v_index_names;\n    }\n" },
-  { "class k { signed<4> a; tree<a> ia; };", cmode1(false),
-    "    dict.str_class_names = 0;\n    dict.str_index_names = 0;\n" },
-};
-// clang-format on
-
-TEST(DictSource, Texts) {
-  for (const TextCase& c : kTexts) {
-    Generated g(std::string("declare database d;\n") + c.schema, c.options);
-    ASSERT_TRUE(g.run()) << c.schema << ": " << g.msg;
-    const std::string text = Generated::text(g.gen.m_c);
-    EXPECT_NE(text.find(c.text), std::string::npos) << c.schema << "\n--- want:\n" << c.text << "\n--- in:\n" << text;
-  }
-}
+using dicttest::expectSame;
 
 TEST(DictSource, Errors) {
   struct Case {
@@ -143,16 +102,9 @@ void compareRuns(const zkt_dict_struct_t& c, const zkt_dict_struct_t& m, const s
     ASSERT_NE(mf, nullptr) << at;
     const std::string f = at + "." + cf.name;
     EXPECT_STREQ(cf.name, mf->name) << f;
-    EXPECT_EQ(cf.field_el_type, mf->field_el_type) << f;
-    EXPECT_EQ(cf.flags, mf->flags) << f;
-    EXPECT_EQ(cf.array_size, mf->array_size) << f;
-    EXPECT_EQ(cf.struct_num, mf->struct_num) << f;
-    EXPECT_EQ(cf.refto_class, mf->refto_class) << f;
-    EXPECT_EQ(cf.no, mf->no) << f;
-    EXPECT_EQ(cf.event_id, mf->event_id) << f;
-    EXPECT_EQ(cf.precision, mf->precision) << f;
-    EXPECT_EQ(cf.seq_order, mf->seq_order) << f;
-    EXPECT_EQ(cf.seq_elem_size, mf->seq_elem_size) << f;
+    using F = zkt_dict_field_t;
+    expectSame(cf, *mf, f, &F::field_el_type, &F::flags, &F::array_size, &F::struct_num, &F::refto_class, &F::no,
+               &F::event_id, &F::precision, &F::seq_order, &F::seq_elem_size);
     EXPECT_EQ(cf.init_index != 0, mf->init_index != 0) << f;
     // the indicator is a position in the run: compare the field it names
     if (cf.indicator != 65535 && mf->indicator != 65535) {
@@ -225,28 +177,14 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
       compared++;
 
       // the head; exact_OID_sizeof and the compiled-for widths differ by design
-      EXPECT_EQ(cd.version_major, md.version_major) << what;
-      EXPECT_EQ(cd.version_build, md.version_build) << what;
-      EXPECT_EQ(cd.magic_number, md.magic_number) << what;
-      EXPECT_EQ(cd.flags, md.flags) << what;
-      EXPECT_EQ(cd.oid_is_supported, md.oid_is_supported) << what;
-      EXPECT_EQ(cd.auto_oid_supported, md.auto_oid_supported) << what;
-      EXPECT_EQ(cd.n_class_codes, md.n_class_codes) << what;
-      EXPECT_EQ(cd.n_list_indexes, md.n_list_indexes) << what;
-      EXPECT_EQ(cd.n_autoid_indexes, md.n_autoid_indexes) << what;
-      EXPECT_EQ(cd.n_userdef_indexes, md.n_userdef_indexes) << what;
-      EXPECT_EQ(cd.max_numof_indexes_per_obj, md.max_numof_indexes_per_obj) << what;
-      EXPECT_EQ(cd.n_structs, md.n_structs) << what;
-      EXPECT_EQ(cd.num_oid_estimation, md.num_oid_estimation) << what;
-      EXPECT_EQ(cd.num_HA_estimation, md.num_HA_estimation) << what;
-      EXPECT_EQ(cd.n_desc_indexes, md.n_desc_indexes) << what;
-      EXPECT_EQ(cd.n_desc_events, md.n_desc_events) << what;
-      EXPECT_EQ(cd.n_desc_colls, md.n_desc_colls) << what;
-      EXPECT_EQ(cd.layout_OID_size, md.layout_OID_size) << what;
+      using D = zkt_dictionary_t_;
+      expectSame(cd, md, what, &D::version_major, &D::version_build, &D::magic_number, &D::flags, &D::oid_is_supported,
+                 &D::auto_oid_supported, &D::n_class_codes, &D::n_list_indexes, &D::n_autoid_indexes,
+                 &D::n_userdef_indexes, &D::max_numof_indexes_per_obj, &D::n_structs, &D::num_oid_estimation,
+                 &D::num_HA_estimation, &D::n_desc_indexes, &D::n_desc_events, &D::n_desc_colls, &D::layout_OID_size,
+                 &D::init_i_data_n, &D::init_d_data_n);
       EXPECT_EQ(cd.sizeof_zkt_offs_t[1], md.sizeof_zkt_offs_t[1]) << what;
       EXPECT_EQ(cd.sizeof_zkt_size_t[1], md.sizeof_zkt_size_t[1]) << what;
-      EXPECT_EQ(cd.init_i_data_n, md.init_i_data_n) << what;
-      EXPECT_EQ(cd.init_d_data_n, md.init_d_data_n) << what;
       for (int k = 1; k <= cd.n_class_codes; k++) EXPECT_STREQ(cd.str_class_names[k], md.str_class_names[k]) << what;
       for (int i = 0; i < cd.n_desc_indexes; i++) EXPECT_STREQ(cd.str_index_names[i], md.str_index_names[i]) << what;
 
@@ -262,21 +200,13 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
         const zkt_dict_class_info_t_& cc = cd.v_class_info[k];
         const zkt_dict_class_info_t_& mc = md.v_class_info[k];
         const std::string at = what + " class " + std::to_string(k);
-        EXPECT_EQ(cc.first_index_num, mc.first_index_num) << at;
-        EXPECT_EQ(cc.last_index_num, mc.last_index_num) << at;
-        EXPECT_EQ(cc.list_index_num, mc.list_index_num) << at;
-        EXPECT_EQ(cc.autoid_index_num, mc.autoid_index_num) << at;
-        EXPECT_EQ(cc.history_index_num, mc.history_index_num) << at;
-        EXPECT_EQ(cc.first_event_num, mc.first_event_num) << at;
-        EXPECT_EQ(cc.last_event_num, mc.last_event_num) << at;
-        EXPECT_EQ(cc.flags, mc.flags) << at;
+        using C = zkt_dict_class_info_t_;
+        expectSame(cc, mc, at, &C::first_index_num, &C::last_index_num, &C::list_index_num, &C::autoid_index_num,
+                   &C::history_index_num, &C::first_event_num, &C::last_event_num, &C::flags);
         EXPECT_EQ(cc.struct_ptr - cd.v_all_struct, mc.struct_ptr - md.v_all_struct) << at;
         const Struct& s = *numbers.v_allStructs[cc.struct_ptr - cd.v_all_struct];
         if (!runIsNumeric(s)) continue;  // sizes of direct structs differ by design
-        EXPECT_EQ(cc.fixedsize, mc.fixedsize) << at;
-        EXPECT_EQ(cc.init_size, mc.init_size) << at;
-        EXPECT_EQ(cc.autoid_offset, mc.autoid_offset) << at;
-        EXPECT_EQ(cc.auto_oid_offset, mc.auto_oid_offset) << at;
+        expectSame(cc, mc, at, &C::fixedsize, &C::init_size, &C::autoid_offset, &C::auto_oid_offset);
       }
       for (int i = 0; i < cd.n_structs; i++) {
         const zkt_dict_struct_t& cs = cd.v_all_struct[i];
@@ -285,38 +215,30 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
         EXPECT_STREQ(cs.name, ms.name) << at;
         EXPECT_EQ(cs.flags, ms.flags) << at;
         compareRuns(cs, ms, at);
-        if (!runIsNumeric(*numbers.v_allStructs[i])) continue;
-        EXPECT_EQ(cs.c_size, ms.c_size) << at;
-        EXPECT_EQ(cs.u_size, ms.u_size) << at;
-        EXPECT_EQ(cs.c_align, ms.c_align) << at;
-        EXPECT_EQ(cs.u_align, ms.u_align) << at;
+        using S = zkt_dict_struct_t;
+        if (runIsNumeric(*numbers.v_allStructs[i])) expectSame(cs, ms, at, &S::c_size, &S::u_size, &S::c_align, &S::u_align);
       }
       for (int i = 0; i < cd.n_desc_indexes; i++) {
         const zkt_dict_index_t& ci = cd.v_desc_indexes[i];
         const zkt_dict_index_t& mi = md.v_desc_indexes[i];
         const std::string at = what + " index " + std::to_string(i);
-        EXPECT_EQ(ci.class_code, mi.class_code) << at;
-        EXPECT_EQ(ci.impl_no, mi.impl_no) << at;
-        EXPECT_EQ(ci.numof_fields, mi.numof_fields) << at;
-        EXPECT_EQ(ci.flags, mi.flags) << at;
-        EXPECT_EQ(ci.numof_keys_estimate, mi.numof_keys_estimate) << at;
-        EXPECT_EQ(ci.userdef_id, mi.userdef_id) << at;
+        using I = zkt_dict_index_t;
+        expectSame(ci, mi, at, &I::class_code, &I::impl_no, &I::numof_fields, &I::flags, &I::numof_keys_estimate,
+                   &I::userdef_id);
         for (int j = 0; j < ci.numof_fields; j++) {
           const zkt_dict_index_field_t& cf = ci.fields[j];
           const zkt_dict_index_field_t& mf = mi.fields[j];
-          EXPECT_EQ(cf.field_type, mf.field_type) << at;
+          using K = zkt_dict_index_field_t;
+          expectSame(cf, mf, at, &K::field_type, &K::fld_no, &K::collation_id);
           EXPECT_EQ(cf.fld_flags & ~16, mf.fld_flags) << at;  // 16: binary keys, C form only
-          EXPECT_EQ(cf.fld_no, mf.fld_no) << at;
-          EXPECT_EQ(cf.collation_id, mf.collation_id) << at;
           if (cf.field_type != 23) {  // a bit field's key size is its bit count in the C form
             EXPECT_EQ(cf.field_size, mf.field_size) << at;
           }
         }
       }
       for (int i = 0; i < cd.n_desc_events; i++) {
-        EXPECT_EQ(cd.v_desc_events[i].class_code, md.v_desc_events[i].class_code) << what;
-        EXPECT_EQ(cd.v_desc_events[i].flags, md.v_desc_events[i].flags) << what;
-        EXPECT_EQ(cd.v_desc_events[i].fld_no, md.v_desc_events[i].fld_no) << what;
+        using E = zkt_dict_event_t;
+        expectSame(cd.v_desc_events[i], md.v_desc_events[i], what, &E::class_code, &E::flags, &E::fld_no);
       }
       for (int i = 0; i < cd.n_desc_colls; i++) {
         EXPECT_STREQ(cd.v_desc_colls[i].name, md.v_desc_colls[i].name) << what;

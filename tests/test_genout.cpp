@@ -34,6 +34,9 @@ const FileRow kRows[] = {
   { "model",    "-dumpxml",                           "model",            ".c .xml" },
   { "model",    "-dumpxml -nosort -large",            "model-nosort-large", ".c .xml" },
   { "model",    "-cmode1",                            "model-cmode1",     ".c" },
+  // a list index alone: an index table without key records; the name tables of -debug
+  { "listonly", "-debug",                             "listonly",         ".c" },
+  { "listonly", "-cmode1",                            "listonly-cmode1",  ".c" },
   { "iot",      "-dumpxml",                           "iot",              ".c .xml" },
   // the frame: heads and tails, include lines, the debug and dll decorations
   { "frame",    "",                                   "frame",            "" },

@@ -157,22 +157,27 @@ ProcResult compileWithSmallStack(const Names& argv) {
   });
 }
 
-// Structs are declared outermost first, so laying out the first one
-// reaches all the others, and the class then passes itself down as owner.
+// Nesting is laid out on an explicit stack, whichever order the structs are
+// declared in; a second class spreads its ownership down the chain.
 TEST(GenOutputCli, DeepChainOfNestedStructsCompiles) {
   const int depth = 10000;
-  std::string text = "declare database d;\n";
-  for (int i = 0; i + 1 < depth; i++)
-    text += "struct s" + std::to_string(i) + " { s" + std::to_string(i + 1) + " n; };\n";
-  text += "struct s" + std::to_string(depth - 1) + " { signed<4> v; };\nclass c { s0 top; };\n";
-  TempDir dir;
-  procutil::writeFile(dir.path + "/x.sch", text);
-  ProcResult r = compileWithSmallStack({kCompiler, "-o", dir.path, "-dumpxml", dir.path + "/x.sch"});
-  EXPECT_EQ(r.status, 0) << r.err.substr(0, 500);
-  EXPECT_TRUE(startsWith(r.out, "Compiled successfully: ")) << r.out;
-  // The size of the innermost field reaches the class through every level.
-  std::string xml = procutil::readFile(dir.path + "/d.xml");
-  EXPECT_NE(xml.find("<fld name=\"top\" sz=\"4\" a=\"4\" offs=\"0\" />"), std::string::npos);
+  for (bool topDown : {true, false}) {
+    std::string text = "declare database d;\n";
+    for (int n = 0; n < depth; n++) {
+      const int i = topDown ? n : depth - 1 - n;
+      text += "struct s" + std::to_string(i) + " { " +
+              (i + 1 < depth ? "s" + std::to_string(i + 1) + " n;" : std::string("signed<4> v;")) + " };\n";
+    }
+    text += "class c { s0 top; };\nclass b { s0 top; };\n";
+    TempDir dir;
+    procutil::writeFile(dir.path + "/x.sch", text);
+    ProcResult r = compileWithSmallStack({kCompiler, "-o", dir.path, "-dumpxml", dir.path + "/x.sch"});
+    EXPECT_EQ(r.status, 0) << r.err.substr(0, 500);
+    // The size of the innermost field reaches both classes through every level.
+    const std::string xml = procutil::readFile(dir.path + "/d.xml");
+    EXPECT_NE(xml.find("<fld name=\"top\" sz=\"4\" a=\"4\" offs=\"0\" />"), std::string::npos);
+    EXPECT_NE(procutil::readFile(dir.path + "/d.h").find("s9999_v_get"), std::string::npos);  // owned: accessors
+  }
 }
 
 }  // namespace

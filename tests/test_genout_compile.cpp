@@ -152,14 +152,6 @@ struct SchemaCase {
   const char* name;
   std::string text;
 };
-// Only a list index: the index table has no key records at all.
-const std::string kListOnlySchema =
-    "declare database d;\n"
-    "declare auto_oid[100];\n"
-    "struct S { signed<4> q; char<4> codes[2] = {\"ab\", \"c\\\\d\"}; };\n"
-    "class lonely { signed<4> z = 5; signed<8> big = -1; double w = 1.5; boolean b = true; S s;\n"
-    "  event<z update> zc; event<new> nw; };\n";
-
 // A focused schema of tests/expected (whose files test_genout.cpp checks whole).
 std::string focused(const char* name) {
   return procutil::readFile(std::string(ZKT_SOURCE_DIR) + "/tests/expected/" + name + ".sch");
@@ -167,7 +159,7 @@ std::string focused(const char* name) {
 const std::string kUserSchema = focused("user");
 const SchemaCase kSchemas[] = {
     {"plain", kPlainSchema},        {"sequence", kSeqSchema},          {"objects", focused("objects")},
-    {"indexes", focused("indexes")}, {"oddities", focused("oddities")}, {"listonly", kListOnlySchema},
+    {"indexes", focused("indexes")}, {"oddities", focused("oddities")}, {"listonly", focused("listonly")},
     {"classes", focused("classes")}, {"scalars", focused("scalars")},   {"forward", focused("forward")},
     {"chars", focused("chars")},     {"charseq", focused("charseq")},   {"arrays", focused("arrays")},
     {"breaks", kBreaksSchema},       {"user", kUserSchema},             {"members", focused("members")},

@@ -138,31 +138,6 @@ TEST(Layout, OidSizeAndCodes) {
   EXPECT_EQ(describe(seven.cls("p")->m_layout.u), "x:8/2 =10 a2");
 }
 
-std::string owners(const Struct* s) {
-  std::string r;
-  for (unsigned int i = 0; i < s->m_owners.size(); i++) r += (i ? " " : "") + S(s->m_owners[i]->m_name);
-  return r;
-}
-
-// Nesting costs no machine stack: a chain declared top down is laid out
-// 10,000 deep, and a second class spreads its ownership down the chain.
-TEST(Layout, DeepChains) {
-  const int n = 10000;
-  for (bool topDown : {true, false}) {
-    std::string text = "declare database d;\n";
-    for (int i = 0; i < n; i++) {
-      const int k = topDown ? i : n - 1 - i;
-      text += "struct s" + std::to_string(k) + " { " +
-              (k == n - 1 ? std::string("signed<4> v;") : "s" + std::to_string(k + 1) + " n;") + " };\n";
-    }
-    text += "class A { s0 h; };\nclass B { s0 h; };\n";
-    Generated g(text);
-    ASSERT_TRUE(g.layout()) << g.msg;
-    EXPECT_EQ(owners(g.type("s9999")), "A B");
-    EXPECT_EQ(describe(g.cls("B")->m_layout.c), "h:0/4 =4 a4");
-  }
-}
-
 struct ErrorCase {
   const char* schema;  // behind "declare database d;\n"
   const char* message;
