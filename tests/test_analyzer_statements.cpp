@@ -116,12 +116,6 @@ TEST(AnalyzerStatements, IotFieldsPerLevel) {
       {"server", "uptable", "iot_db_id@ iot_object_id@ iot_timestamp@ agent_id a",
        "iot_idx_id@:agent_id,iot_db_id@,iot_object_id@"},
       {"server", "downtable", "iot_object_id@ iot_timestamp@ agent_id a", "iot_idx_ts@:agent_id,iot_timestamp@"},
-      {"router<2>", "uptable", "iot_db_id@ iot_object_id@ iot_timestamp@ src_agent_id dst_agent_id a",
-       "iot_idx_id@:src_agent_id,iot_db_id@,iot_object_id@ "
-       "iot_idx_ts@:src_agent_id,iot_db_id@,dst_agent_id,iot_timestamp@"},
-      {"router<65534> 0x10", "downtable", "iot_db_id@ iot_object_id@ iot_timestamp@ src_agent_id dst_agent_id a",
-       "iot_idx_id@:src_agent_id,iot_db_id@,iot_object_id@ "
-       "iot_idx_ts@:src_agent_id,iot_db_id@,dst_agent_id,iot_timestamp@"},
   };
   for (const Case& c : cases) {
     Analysis a(std::string("iot ") + c.iot + ";\n" + c.table + " class c { signed<4> a; };\nclass p { signed<4> b; };");

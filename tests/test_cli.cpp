@@ -1,10 +1,9 @@
-// Command line and compile job: option handling, the failure path and the files it removes.
+// Command line: option handling, usage, version and the front end's errors on the console (the files a failure
+// removes: test_analyzer_cli.cpp).
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "genout.h"
-#include "job.h"
 #include "proc_util.h"
 
 namespace {
@@ -59,34 +58,6 @@ TEST(Cli, HelpAndVersion) {
   ProcResult r = procutil::runProgram({kCompiler, "-version"});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out, "Vantrel Schema Compiler version 8.3, build 1803, revision interim build Vantrel_8.3_1803, rev.29517\n");
-}
-
-TEST(Job, ListAllOutputsKeepsHandEditedFiles) {
-  std::string dir = procutil::makeTempDir();
-  mvector<mstring> fresh = GenOutput::listAllOutputs(dir.c_str(), "d");
-  const char* names[] = {"d.h", "d.c", "d.hpp", "d.xml", "d_udf.c", "d_coll.c"};
-  ASSERT_EQ(fresh.size(), 6u);
-  for (int i = 0; i < 6; i++) EXPECT_EQ(std::string(fresh[(unsigned)i].c_str()), dir + "/" + names[i]);
-
-  procutil::writeFile(dir + "/d_udf.c", "edited");
-  mvector<mstring> edited = GenOutput::listAllOutputs(dir.c_str(), "d");
-  EXPECT_EQ(std::string(edited[4].c_str()), dir + "/d_udf.c.new");
-  EXPECT_EQ(std::string(edited[5].c_str()), dir + "/d_coll.c");
-}
-
-TEST(Job, FinalCallbackRemovesTheNamedFiles) {
-  std::string dir = procutil::makeTempDir();
-  for (const char* f : {"/d.h", "/d.c", "/d_udf.c", "/d_udf.c.new", "/other.h"}) procutil::writeFile(dir + f, "x");
-  FinalCallback cb(dir.c_str());
-  cb.dbnameFound("");  // an empty name changes nothing
-  EXPECT_EQ(cb.m_files2remove.size(), 0u);
-  cb.dbnameFound("d");
-  cb.execute();
-  EXPECT_FALSE(procutil::fileExists(dir + "/d.h"));
-  EXPECT_FALSE(procutil::fileExists(dir + "/d.c"));
-  EXPECT_TRUE(procutil::fileExists(dir + "/d_udf.c"));
-  EXPECT_FALSE(procutil::fileExists(dir + "/d_udf.c.new"));
-  EXPECT_TRUE(procutil::fileExists(dir + "/other.h"));
 }
 
 // The front end's errors on the console: the reader's carry a position (one

@@ -165,9 +165,4 @@ TEST(DiagMemory, ErrorsThrowAndWarningsContinue) {
   }
 }
 
-TEST(DiagMemory, ThrowsWithoutACallback) {
-  ErrReporterMem rep(nullptr, nullptr);
-  EXPECT_THROW(rep.err1("reserved word #1", "int", "", 1, 0), CompilerError);
-}
-
 }  // namespace

@@ -15,43 +15,6 @@ zktcomp_options_t nosortOpts() {
   return o;
 }
 
-// The worked layout example: a class of seven fields in both layouts, and its run sorted by name.
-TEST(MemoryDict, LayoutOfTheWorkedExample) {
-  Lib l("declare database shop;\nclass item { unsigned<4> id; string name; char<3> code; unsigned<1> flag; double price;\n"
-        "vector<unsigned<2>> tags; unsigned<2> next; };");
-  ASSERT_COMPILED(l);
-  const zkt_dict_struct_t* s = l.strct("item");
-  ASSERT_NE(s, nullptr);
-  EXPECT_EQ(Lib::run(s), "code flag id name next price tags");
-  EXPECT_EQ(s->c_size, 24);
-  EXPECT_EQ(s->c_align, 4);
-  EXPECT_EQ(s->u_size, 30u);
-  EXPECT_EQ(s->u_align, 4u);
-  const struct {
-    const char* name;
-    int c_off, c_size, u_off, u_size, order;
-  } rows[] = {
-      {"price", 0, 8, 16, 8, 4}, {"id", 8, 4, 0, 4, 0},    {"next", 12, 2, 24, 2, 6}, {"name", 14, 2, 12, 4, 1},
-      {"tags", 16, 4, 4, 6, 5},  {"code", 20, 3, 26, 3, 2}, {"flag", 23, 1, 29, 1, 3},
-  };
-  for (const auto& r : rows) {
-    const zkt_dict_field_t* f = Lib::field(s, r.name);
-    ASSERT_NE(f, nullptr) << r.name;
-    EXPECT_EQ(f->layout.c_offset, r.c_off) << r.name;
-    EXPECT_EQ(f->layout.c_size, r.c_size) << r.name;
-    EXPECT_EQ(f->layout.u_offset, (unsigned)r.u_off) << r.name;
-    EXPECT_EQ(f->layout.u_size, (unsigned)r.u_size) << r.name;
-    EXPECT_EQ(f->order_no, r.order) << r.name;
-    EXPECT_EQ(f->no, r.order) << r.name;
-  }
-  EXPECT_EQ(Lib::field(s, "tags")->flags, 1);
-  EXPECT_EQ(Lib::field(s, "code")->field_el_type, 7);
-  EXPECT_EQ(Lib::field(s, "code")->field_size, 3u);
-  // Not compact: a new object has the u size.
-  EXPECT_EQ(l.cls("item")->init_size, 30u);
-  EXPECT_EQ(l.cls("item")->struct_ptr, s);
-}
-
 // One dynamic class (a fixed-size one would get a list index), nothing else:
 // the head record and every block, in the order made.
 TEST(MemoryDict, SmallestDictionaryAndItsBlocks) {

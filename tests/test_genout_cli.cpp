@@ -43,10 +43,6 @@ struct FilesCase {
 TEST(GenOutputCli, WritesExactlyTheFilesOfTheOptions) {
   const FilesCase cases[] = {
       {kPlain, {}, {"d.c", "d.h"}},
-      {kPlain, {"-debug"}, {"d.c", "d.h"}},
-      {kPlain, {"-hpp"}, {"d.c", "d.h", "d.hpp"}},
-      {kPlain, {"-cs"}, {"d.c", "d.cs", "d.h"}},
-      {kPlain, {"-dumpxml"}, {"d.c", "d.h", "d.xml"}},
       {kPlain, {"-hpp", "-cs", "-dumpxml"}, {"d.c", "d.cs", "d.h", "d.hpp", "d.xml"}},
       {kUserCode, {}, {"d.c", "d.h", "d_coll.c", "d_udf.c"}},
       // A suppressed class makes no user-code file of its own.

@@ -181,11 +181,7 @@ protected:
   std::string generate(const std::string& schema, const Names& opts) {
     std::string out = dir + "/" + std::to_string(++n_);
     EXPECT_EQ(mkdir(out.c_str(), 0755), 0);
-    procutil::writeFile(out + "/x.sch", schema);
-    Names argv{kCompiler, "-o", out};
-    argv.insert(argv.end(), opts.begin(), opts.end());
-    argv.push_back(out + "/x.sch");
-    ProcResult r = procutil::runProgram(argv);
+    ProcResult r = procutil::compileIn(out, schema, opts);
     EXPECT_EQ(r.status, 0) << r.err;
     return out;
   }
