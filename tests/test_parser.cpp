@@ -181,24 +181,4 @@ TEST(CvtConversions, Integers) {
   }
 }
 
-// The wide conversions store even when they fail; an empty text succeeds.
-TEST(CvtConversions, WideAndDouble) {
-  long long i8 = 99;
-  EXPECT_TRUE(UT::CVT::s2i8("0x10", &i8));
-  EXPECT_EQ(i8, 16);
-  EXPECT_FALSE(UT::CVT::s2i8("12x", &i8));
-  EXPECT_EQ(i8, 12);
-  EXPECT_TRUE(UT::CVT::s2i8("", &i8));
-  EXPECT_EQ(i8, 0);
-  unsigned long long u8 = 0;
-  EXPECT_TRUE(UT::CVT::s2u8("18446744073709551615", &u8));
-  EXPECT_EQ(u8, 18446744073709551615ull);
-  double d = 0;
-  EXPECT_TRUE(UT::CVT::s2dbl("1.5e3", &d));
-  EXPECT_EQ(d, 1500.0);
-  EXPECT_FALSE(UT::CVT::s2dbl("1.5x", &d));
-  EXPECT_EQ(d, 1.5);
-  EXPECT_TRUE(UT::CVT::isHexDigit('F') && UT::CVT::isHexDigit('a') && !UT::CVT::isHexDigit('g'));
-}
-
 }  // namespace

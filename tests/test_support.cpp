@@ -42,45 +42,6 @@ TEST(SupportSort, PlacesEqualElementsAsTheHeapStepsDictate) {
   for (const Case& c : cases) EXPECT_EQ(sortedIds(c.in), c.ids);
 }
 
-// ---------------------------------------------------------------- mvector
-
-TEST(SupportVector, StaleSlotsKeepTheirValues) {
-  mvector<mstring> v;
-  v.push_back("a");
-  v.push_back("b");
-  v.push_back("c");
-  v.remove(0);  // the slot behind the new end keeps a copy of the last element
-  ASSERT_EQ(v.size(), 2u);
-  EXPECT_EQ(v[0], mstring("b"));
-  EXPECT_EQ(v[2], mstring("c"));
-  v.pop_back();  // only lowers len
-  EXPECT_EQ(v.size(), 1u);
-  EXPECT_EQ(v[1], mstring("c"));
-  v.resize(3, mstring("z"));  // growing overwrites the stale slots with fill
-  EXPECT_EQ(v[1], mstring("z"));
-  EXPECT_EQ(v[2], mstring("z"));
-  v.resize(1, mstring());
-  EXPECT_EQ(v[2], mstring("z"));
-}
-
-// ---------------------------------------------------------------- mstring
-
-TEST(SupportString, BytesCountsAQuotedValue) {
-  struct Case {
-    const char* text;
-    unsigned bytes;
-  } cases[] = {
-      {"\"a\\n\"", 2},      // an escape pair counts once
-      {"\"\"", 0},
-      {"\"a\\\"b\"", 3},    // an escaped quote doesn't close
-      {"plain", 5},
-      {"", 0},
-  };
-  for (const Case& c : cases) EXPECT_EQ(mstring(c.text).bytes(), c.bytes) << c.text;
-  EXPECT_TRUE(mstring("abc").startsWith("ab"));
-  EXPECT_FALSE(mstring("abc").startsWith("b"));
-}
-
 // ---------------------------------------------------------------- sets
 
 struct Named : IComparable {
