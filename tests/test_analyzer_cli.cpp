@@ -24,9 +24,11 @@ std::string kdSchema(int fields) {
   return text + " kdtree<f0> k; };";
 }
 
-// The console of a compile: reader errors carry a position, the analyzer's
-// never do; warnings end in a blank line like errors; the size of the target's
-// size_t sets the kd-tree field limit; internal stops print no position.
+// The console of a compile: reader errors carry a position (one above the
+// column of the rewritten line, where every name has a blank on both sides),
+// the preprocessor's and the analyzer's only a line; warnings end in a blank
+// line like errors; the target's size_t sets the kd-tree field limit; internal
+// stops print no position.
 TEST(AnalyzerCli, ConsoleAndStatus) {
   struct Case {
     std::string schema;
@@ -35,7 +37,14 @@ TEST(AnalyzerCli, ConsoleAndStatus) {
     std::string err;
   };
   const std::string kd = "File x.sch;  line 2: error: It is too many fields in class \"c\" for kd-tree index \"k\".\n\n";
+  const procutil::TempDir dir;
+  const std::string real = std::filesystem::canonical(dir.path).string();
   const Case cases[] = {
+      {"declare database d;\nstruct s { @@ };\n", {}, 255,
+       "File x.sch;  line 2, position 17: error: Unrecognized Symbol \"@\"\n\n"},
+      {"declare database d;\n/* open\n", {}, 255, "File x.sch;  line 3: error: comment is not closed with */\n\n"},
+      {"declare database d;\n#include \"inc/missing.sch\"\n", {}, 255,
+       "File x.sch;  line 2: error: current directory is " + real + ", cannot open include file \"inc/missing.sch\"\n\n"},
       {"declare database d;\nstruct s { decimal<5> a; };\n", {}, 255,
        "File x.sch;  line 2, position 31: error: expected \">\"\n\n"},
       {"declare database w;\ndeclare OID unsigned<8>[10];\nclass c {\n  history[5];\n  OID;\n  signed<4> a;\n};\n", {}, 0,
@@ -53,14 +62,12 @@ TEST(AnalyzerCli, ConsoleAndStatus) {
       {"declare database d;\ndirect struct D { signed<4> x; };\nclass c { sequence<D> q; list; };", {}, 255,
        std::string("internal error: Wrong sequence element type D") + kSeqElem},
   };
-  const std::string dir = procutil::makeTempDir();
   for (const Case& c : cases) {
-    const ProcResult r = compileIn(dir, c.schema, c.opts);
+    const ProcResult r = compileIn(dir.path, c.schema, c.opts);
     EXPECT_EQ(r.status, c.status) << c.schema;
     EXPECT_EQ(r.err, c.err) << c.schema;
     EXPECT_EQ(r.out.rfind("Compiled successfully: ", 0), c.status == 0 ? 0u : std::string::npos) << r.out;
   }
-  std::filesystem::remove_all(dir);
 }
 
 // A failure after the database statement removes that database's outputs

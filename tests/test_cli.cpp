@@ -1,5 +1,4 @@
-// Command line: option handling, usage, version and the front end's errors on the console (the files a failure
-// removes: test_analyzer_cli.cpp).
+// Command line: option handling, usage and version (diagnostics on the console: test_analyzer_cli.cpp).
 #include <gtest/gtest.h>
 
 #include <string>
@@ -58,34 +57,6 @@ TEST(Cli, HelpAndVersion) {
   ProcResult r = procutil::runProgram({kCompiler, "-version"});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out, "Vantrel Schema Compiler version 8.3, build 1803, revision interim build Vantrel_8.3_1803, rev.29517\n");
-}
-
-// The front end's errors on the console: the reader's carry a position (one
-// above the column of the rewritten line, where every name has a blank on
-// both sides), the preprocessor's only a line.
-TEST(Cli, FrontEndErrorsOnTheConsole) {
-  struct Case {
-    const char* schema;
-    const char* err;
-  } cases[] = {
-      {"declare database d;\nstruct s { @@ };\n", "File x.sch;  line 2, position 17: error: Unrecognized Symbol \"@\"\n\n"},
-      {"declare database d;\n/* open\n", "File x.sch;  line 3: error: comment is not closed with */\n\n"},
-      {"declare database d;\nstruct s { signed<4> a = \"x; };\n", "File x.sch;  line 2: error: non-terminated string literal\n\n"},
-      {"declare database d;\n#include \"inc/missing.sch\"\n", nullptr},
-  };
-  std::string dir = procutil::makeTempDir();
-  char real[4096];
-  ASSERT_NE(realpath(dir.c_str(), real), nullptr);
-  for (const Case& c : cases) {
-    procutil::writeFile(dir + "/x.sch", c.schema);
-    ProcResult r = procutil::runProgram({kCompiler, "x.sch"}, dir);
-    EXPECT_EQ(r.status, 255);
-    EXPECT_EQ(r.out, "Error executing DDL compiler\n");
-    std::string expected = c.err ? c.err
-                                 : "File x.sch;  line 2: error: current directory is " + std::string(real) +
-                                       ", cannot open include file \"inc/missing.sch\"\n\n";
-    EXPECT_EQ(r.err, expected) << c.schema;
-  }
 }
 
 }  // namespace

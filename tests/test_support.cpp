@@ -89,25 +89,6 @@ TEST(SupportSet, RemoveHidesFromLookupButNotFromIteration) {
 
 // ---------------------------------------------------------------- text helpers
 
-TEST(SupportText, SplitNameSplitsOnlyTheFirstOfAdjacentSeparators) {
-  struct Case {
-    const char* text;
-    std::vector<std::string> parts;
-  } cases[] = {
-      {"a.b", {"a", "b"}},
-      {"a..b", {"a", ".b"}},
-      {"a...b", {"a", ".", "b"}},
-      {"abc", {"abc"}},
-      {"x.y.z", {"x", "y", "z"}},
-  };
-  for (const Case& c : cases) {
-    mvector<mstring> got = UT::splitName(c.text, '.');
-    std::vector<std::string> parts;
-    for (unsigned i = 0; i < got.size(); i++) parts.push_back(got[i].c_str());
-    EXPECT_EQ(parts, c.parts) << c.text;
-  }
-}
-
 TEST(SupportText, MakefnmJoinsWithOneSeparator) {
   struct Case {
     const char* dir;
