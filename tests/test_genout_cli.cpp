@@ -102,8 +102,9 @@ TEST(GenOutputCli, ExistingUserCodeFilesAreKept) {
     EXPECT_NE(procutil::readFile(out + f).find("\n#include \"d.h\"\n#include \"zktwrap.h\"\n\n"), std::string::npos) << f;
 }
 
-// An error during generation (of layout: the same way, test_layout.cpp) closes and removes the outputs of the
-// database, the C# file excepted; an internal stop ends at once and leaves them.
+// An error while generating (a layout error, test_layout.cpp, takes the same
+// path) closes and removes the outputs of the database, the C# file excepted;
+// an internal stop ends at once and leaves them.
 TEST(GenOutputCli, ErrorsEndTheCompile) {
   struct Case {
     const char* schema;  // behind the database statement
