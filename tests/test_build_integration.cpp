@@ -19,25 +19,13 @@ namespace fs = std::filesystem;
 const std::string kCompiler = ZKT_COMPILER_PATH;
 const std::string kSchemas = std::string(ZKT_SOURCE_DIR) + "/tests/schemas";
 
-struct TempDir {
-  std::string path = procutil::makeTempDir();
-  TempDir() = default;
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  ~TempDir() { fs::remove_all(path); }
-};
+using procutil::TempDir;
+using procutil::listDir;
 
 ProcResult run(const std::string& dir, const Names& args) {
   Names argv{kCompiler};
   argv.insert(argv.end(), args.begin(), args.end());
   return procutil::runProgram(argv, dir);
-}
-
-Names listDir(const std::string& dir) {
-  Names r;
-  for (const auto& e : fs::directory_iterator(dir)) r.push_back(e.path().filename().string());
-  std::sort(r.begin(), r.end());
-  return r;
 }
 
 Names lines(const std::string& text) {
