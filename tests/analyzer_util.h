@@ -91,12 +91,6 @@ public:
       r += (i ? " " : "") + std::string(s->v_field[i].m_name.c_str());
     return r;
   }
-  static std::string indexNames(const Class* c) {
-    std::string r;
-    for (unsigned int i = 0; i < c->v_index.size(); i++)
-      r += (i ? " " : "") + std::string(c->v_index[i].m_name.c_str());
-    return r;
-  }
 };
 
 // analyze, then doChecks, as the file compiler runs them.

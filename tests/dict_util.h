@@ -2,6 +2,7 @@
 #ifndef ZKT_TESTS_DICT_UTIL_H
 #define ZKT_TESTS_DICT_UTIL_H
 
+#include <gtest/gtest.h>
 #include <string.h>
 
 #include <string>
@@ -68,6 +69,13 @@ struct Lib {
     return r;
   }
 };
+
+// EXPECT_EQ of every member named, on two records of one type.
+template <class T, class... M>
+void expectSame(const T& a, const T& b, const std::string& at, M T::*... members) {
+  auto one = [&](auto m) { EXPECT_EQ(a.*m, b.*m) << at; };
+  (one(members), ...);
+}
 
 }  // namespace dicttest
 

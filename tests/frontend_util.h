@@ -2,7 +2,6 @@
 #ifndef ZKT_TESTS_FRONTEND_UTIL_H
 #define ZKT_TESTS_FRONTEND_UTIL_H
 
-#include <ftw.h>
 #include <stdio.h>
 #include <stdlib.h>
 
@@ -13,27 +12,6 @@
 #include "parser.h"
 
 namespace frontend {
-
-// A fresh directory under /tmp, removed with everything in it at the end.
-class TempDir {
-public:
-  std::string path;
-  TempDir() {
-    char name[] = "/tmp/zkt_fe_XXXXXX";
-    path = mkdtemp(name);
-  }
-  ~TempDir() { nftw(path.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS); }
-  std::string write(const std::string& name, const std::string& text) const {
-    std::string full = path + "/" + name;
-    FILE* f = fopen(full.c_str(), "wb");
-    fwrite(text.data(), 1, text.size(), f);
-    fclose(f);
-    return full;
-  }
-
-private:
-  static int removeEntry(const char* p, const struct stat*, int, struct FTW*) { return remove(p); }
-};
 
 // Text in an unnamed temporary file, positioned at its start.
 inline FILE* textFile(const std::string& text) {

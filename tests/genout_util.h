@@ -12,14 +12,6 @@ namespace gentest {
 // The options of a compile: those of the analyzer, then the generator's.
 struct Options : antest::Options {
   bool debug = false;
-  bool dumpxml = false;
-  bool hpp = false;
-  bool cs = false;
-  bool smartptr = false;
-  bool prefix = false;
-  bool mergeable = false;
-  bool dll = false;
-  bool cmode1 = false;
 };
 
 // Every file is a string stream, so a test reads what would be written; the
@@ -27,8 +19,8 @@ struct Options : antest::Options {
 class StrGenOutput : public GenOutput {
 public:
   StrGenOutput(Schema& sc, IErrReporter* rep, const Options& o)
-      : GenOutput(sc, o.debug || o.hpp, o.nosort, o.dumpxml, o.hpp, o.cs, false, o.smartptr, rep, "", "", "", o.cmode1,
-                  false, false, o.sql, o.large, o.sizeT, 4, o.prefix, o.mergeable, o.dll) {}
+      : GenOutput(sc, o.debug, o.nosort, false, false, false, false, false, rep, "", "", "", false, false, false, o.sql,
+                  o.large, o.sizeT, 4, false, false, false) {}
   void createStreams(bool, bool) override {
     m_h = IOutStream::createStrStream("");
     m_c = IOutStream::createStrStream("");
@@ -37,7 +29,6 @@ public:
     m_hpp = IOutStream::createStrStream("");
     m_cs = IOutStream::createStrStream("");
     m_java = IOutStream::createNullStream();
-    if (m_dumpxml) m_x = IOutStream::createStrStream("");
     m_udf = IOutStream::createStrStream("");
     m_coll = IOutStream::createStrStream("");
   }
@@ -65,15 +56,6 @@ struct Generated : antest::Finished {
   }
   static std::string text(IOutStream* os) { return os->retstr().c_str(); }
 };
-
-// The C file of schema compiled with -debug, where the function bodies go;
-// the error instead when the compile fails.
-inline std::string debugCFile(const std::string& schema, Options o = Options()) {
-  o.debug = true;
-  Generated g(schema, o);
-  if (!g.run()) return "(failed: " + g.msg + ")";
-  return Generated::text(g.gen.m_c);
-}
 
 // The banner's time masked, as the expected files have it.
 inline std::string maskTime(std::string s) {

@@ -2,13 +2,14 @@
 #ifndef ZKT_TESTS_PROC_UTIL_H
 #define ZKT_TESTS_PROC_UTIL_H
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -100,14 +101,47 @@ inline std::string readFile(const std::string& path) {
 // The names of the .sch files in dir.
 inline std::vector<std::string> schemaFiles(const std::string& dir) {
   std::vector<std::string> r;
-  if (DIR* d = opendir(dir.c_str())) {
-    while (dirent* e = readdir(d)) {
-      const std::string n = e->d_name;
-      if (n.size() > 4 && n.compare(n.size() - 4, 4, ".sch") == 0) r.push_back(n);
-    }
-    closedir(d);
-  }
+  for (const auto& e : std::filesystem::directory_iterator(dir))
+    if (e.path().extension() == ".sch") r.push_back(e.path().filename().string());
   return r;
+}
+
+// The names in dir, sorted.
+inline std::vector<std::string> listDir(const std::string& dir) {
+  std::vector<std::string> r;
+  for (const auto& e : std::filesystem::directory_iterator(dir)) r.push_back(e.path().filename().string());
+  std::sort(r.begin(), r.end());
+  return r;
+}
+
+// A fresh directory, removed with everything in it at the end.
+struct TempDir {
+  std::string path = makeTempDir();
+  TempDir() = default;
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  ~TempDir() { std::filesystem::remove_all(path); }
+  std::string write(const std::string& name, const std::string& text) const {
+    writeFile(path + "/" + name, text);
+    return path + "/" + name;
+  }
+};
+
+// Writes text to x.sch in dir and runs the compiler there with opts and "x.sch".
+inline ProcResult compileIn(const std::string& dir, const std::string& text, std::vector<std::string> opts = {}) {
+  writeFile(dir + "/x.sch", text);
+  opts.insert(opts.begin(), ZKT_COMPILER_PATH);
+  opts.push_back("x.sch");
+  return runProgram(opts, dir);
+}
+
+// The full path of a program found on PATH, or "" if there is none.
+inline std::string findTool(const std::string& name) {
+  const char* path = getenv("PATH");
+  std::istringstream dirs(path ? path : "/usr/bin:/bin");
+  for (std::string d; std::getline(dirs, d, ':');)
+    if (!d.empty() && access((d + "/" + name).c_str(), X_OK) == 0) return d + "/" + name;
+  return "";
 }
 
 }  // namespace procutil

@@ -1,26 +1,15 @@
-// Command line and compile job: option handling, the failure path and the files it removes.
+// Command line: option handling, usage and version (diagnostics on the console: test_analyzer_cli.cpp).
 #include <gtest/gtest.h>
-
-#include <dirent.h>
 
 #include <string>
 
-#include "genout.h"
-#include "job.h"
 #include "proc_util.h"
 
 namespace {
 
 const std::string kCompiler = ZKT_COMPILER_PATH;
 
-int entries(const std::string& dir) {
-  int n = 0;
-  DIR* d = opendir(dir.c_str());
-  while (dirent* e = readdir(d))
-    if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") n++;
-  closedir(d);
-  return n;
-}
+size_t entries(const std::string& dir) { return procutil::listDir(dir).size(); }
 
 TEST(Cli, MissingSchemaFile) {
   std::string dir = procutil::makeTempDir();
@@ -30,7 +19,7 @@ TEST(Cli, MissingSchemaFile) {
   ASSERT_NE(realpath(dir.c_str(), real), nullptr);
   EXPECT_EQ(r.out, "Current directory is: " + std::string(real) + "\nError executing DDL compiler\n");
   EXPECT_EQ(r.err, "error: Cannot open \"missing.sch\"\n\n");
-  EXPECT_EQ(entries(dir), 0);
+  EXPECT_EQ(entries(dir), 0u);
 }
 
 TEST(Cli, BadArgumentsGiveUsageAndStatus2) {
@@ -56,7 +45,7 @@ TEST(Cli, BadArgumentsGiveUsageAndStatus2) {
     EXPECT_NE(r.err.find("usage: zktcomp [options] <schema-file>"), std::string::npos);
     EXPECT_EQ(r.out, "");
   }
-  EXPECT_EQ(entries(dir), 1);  // nothing written
+  EXPECT_EQ(entries(dir), 1u);  // nothing written
 }
 
 TEST(Cli, HelpAndVersion) {
@@ -68,66 +57,6 @@ TEST(Cli, HelpAndVersion) {
   ProcResult r = procutil::runProgram({kCompiler, "-version"});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out, "Vantrel Schema Compiler version 8.3, build 1803, revision interim build Vantrel_8.3_1803, rev.29517\n");
-}
-
-TEST(Job, ListAllOutputsKeepsHandEditedFiles) {
-  std::string dir = procutil::makeTempDir();
-  mvector<mstring> fresh = GenOutput::listAllOutputs(dir.c_str(), "d");
-  const char* names[] = {"d.h", "d.c", "d.hpp", "d.xml", "d_udf.c", "d_coll.c"};
-  ASSERT_EQ(fresh.size(), 6u);
-  for (int i = 0; i < 6; i++) EXPECT_EQ(std::string(fresh[(unsigned)i].c_str()), dir + "/" + names[i]);
-
-  procutil::writeFile(dir + "/d_udf.c", "edited");
-  mvector<mstring> edited = GenOutput::listAllOutputs(dir.c_str(), "d");
-  EXPECT_EQ(std::string(edited[4].c_str()), dir + "/d_udf.c.new");
-  EXPECT_EQ(std::string(edited[5].c_str()), dir + "/d_coll.c");
-}
-
-TEST(Job, FinalCallbackRemovesTheNamedFiles) {
-  std::string dir = procutil::makeTempDir();
-  for (const char* f : {"/d.h", "/d.c", "/d_udf.c", "/d_udf.c.new", "/other.h"}) procutil::writeFile(dir + f, "x");
-  FinalCallback cb(dir.c_str());
-  cb.dbnameFound("");  // an empty name changes nothing
-  EXPECT_EQ(cb.m_files2remove.size(), 0u);
-  cb.dbnameFound("d");
-  cb.execute();
-  EXPECT_FALSE(procutil::fileExists(dir + "/d.h"));
-  EXPECT_FALSE(procutil::fileExists(dir + "/d.c"));
-  EXPECT_TRUE(procutil::fileExists(dir + "/d_udf.c"));
-  EXPECT_FALSE(procutil::fileExists(dir + "/d_udf.c.new"));
-  EXPECT_TRUE(procutil::fileExists(dir + "/other.h"));
-}
-
-}  // namespace
-
-namespace {
-
-// The front end's errors on the console: the reader's carry a position (one
-// above the column of the rewritten line, where every name has a blank on
-// both sides), the preprocessor's only a line.
-TEST(Cli, FrontEndErrorsOnTheConsole) {
-  struct Case {
-    const char* schema;
-    const char* err;
-  } cases[] = {
-      {"declare database d;\nstruct s { @@ };\n", "File x.sch;  line 2, position 17: error: Unrecognized Symbol \"@\"\n\n"},
-      {"declare database d;\n/* open\n", "File x.sch;  line 3: error: comment is not closed with */\n\n"},
-      {"declare database d;\nstruct s { signed<4> a = \"x; };\n", "File x.sch;  line 2: error: non-terminated string literal\n\n"},
-      {"declare database d;\n#include \"inc/missing.sch\"\n", nullptr},
-  };
-  std::string dir = procutil::makeTempDir();
-  char real[4096];
-  ASSERT_NE(realpath(dir.c_str(), real), nullptr);
-  for (const Case& c : cases) {
-    procutil::writeFile(dir + "/x.sch", c.schema);
-    ProcResult r = procutil::runProgram({kCompiler, "x.sch"}, dir);
-    EXPECT_EQ(r.status, 255);
-    EXPECT_EQ(r.out, "Error executing DDL compiler\n");
-    std::string expected = c.err ? c.err
-                                 : "File x.sch;  line 2: error: current directory is " + std::string(real) +
-                                       ", cannot open include file \"inc/missing.sch\"\n\n";
-    EXPECT_EQ(r.err, expected) << c.schema;
-  }
 }
 
 }  // namespace

@@ -37,12 +37,6 @@ TEST(DiagTranslate, TableRowsAndPlaceholders) {
             "field f was not defined in struct s and referenced from index i");
 }
 
-TEST(DiagTranslate, TableHasAllRows) {
-  int n = 0;
-  while (ZKT_MESSAGES[n]) n++;
-  EXPECT_EQ(n, 65);
-}
-
 struct RecordingCallback : IFinalCallback {
   void execute() override { printf("callback ran\n"); }
 };
@@ -111,69 +105,6 @@ TEST(DiagConsole, PanicSkipsTheCallback) {
   EXPECT_EQ(r.status, 255);
   EXPECT_EQ(r.err, "internal error: internal 10023\n");
   EXPECT_EQ(r.out, "");
-}
-
-struct Seen {
-  int calls = 0;
-  CompilerErrorType type = ZKTCOMP_WARNING;
-  std::string msg, file;
-  int line = -5, pos = -5;
-};
-
-void record(CompilerErrorType type, const char* msg, const char* file, int line, int pos, void* ctx) {
-  Seen* s = static_cast<Seen*>(ctx);
-  s->calls++;
-  s->type = type;
-  s->msg = msg;
-  s->file = file;
-  s->line = line;
-  s->pos = pos;
-}
-
-struct CountingCallback : IFinalCallback {
-  int runs = 0;
-  void execute() override { runs++; }
-};
-
-TEST(DiagMemory, ErrorsThrowAndWarningsContinue) {
-  Seen seen;
-  ErrReporterMem rep(record, &seen);
-  CountingCallback cb;
-  rep.setFinalCallback(&cb);
-  rep.setDefaultFilename("mem.sch");
-
-  rep.warning("w #1", "other.sch", 4, 2);  // the file passed is ignored
-  EXPECT_EQ(seen.type, ZKTCOMP_WARNING);
-  EXPECT_EQ(seen.file, "mem.sch");
-  EXPECT_EQ(seen.msg, "w #1");
-  EXPECT_EQ(seen.line, 4);
-  EXPECT_EQ(seen.pos, 2);
-  EXPECT_EQ(cb.runs, 1);  // a warning runs the final callback too
-  EXPECT_FALSE(rep.wasError());
-
-  try {
-    rep.err("oid was not declared");
-    FAIL() << "err returned";
-  } catch (const CompilerError& e) {
-    EXPECT_EQ(e.m_errtype, ZKTCOMP_ERROR);
-    EXPECT_EQ(std::string(e.m_msg.c_str()), "oid was not declared");
-    EXPECT_EQ(std::string(e.m_file.c_str()), "mem.sch");
-    EXPECT_EQ(e.m_line, 0);  // a placeless message has line 0 here
-  }
-  EXPECT_EQ(seen.calls, 2);
-  EXPECT_TRUE(rep.wasError());
-
-  try {
-    rep.err2("expected #1", "", "}", "f.sch", 3, 4);
-  } catch (const CompilerError& e) {
-    EXPECT_EQ(std::string(e.m_msg.c_str()), "expected \"}\"");
-    EXPECT_EQ(e.m_pos, 4);  // not raised by one
-  }
-}
-
-TEST(DiagMemory, ThrowsWithoutACallback) {
-  ErrReporterMem rep(nullptr, nullptr);
-  EXPECT_THROW(rep.err1("reserved word #1", "int", "", 1, 0), CompilerError);
 }
 
 }  // namespace

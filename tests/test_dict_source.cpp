@@ -19,117 +19,7 @@ namespace {
 
 using gentest::Generated;
 using gentest::Options;
-
-Options cmode1(bool on, bool debug = false) {
-  Options o;
-  o.cmode1 = on;
-  o.debug = debug;
-  return o;
-}
-
-struct TextCase {
-  const char* schema;  // behind "declare database d;\n"
-  Options options;
-  const char* text;    // must stand in the C file
-};
-
-// clang-format off
-const TextCase kTexts[] = {
-  // a class row, static and assignment form: a dynamic class without index
-  // or event (non-atomic: flag 8192); the tail names the auto oid's offset
-  { "class k { signed<4> a; string s; };", cmode1(false),
-    "        { -1, -2, -1, -1, 0, 0, -1, 0, 0, -1, -2, 8192, (v_struct_info + 0), 8, 0, 0 }  /* k */ \n      };\n" },
-  { "declare auto_oid[10];\nclass k { signed<4> a; string s; };", cmode1(true),
-    "      x->first_index_num = -1; x->last_index_num = -2; x->list_index_num = -1; x->autoid_index_num = -1; x->fixedsize = 0; x->autoid_offset = 0; x->history_index_num = -1; x->history_length = 0; x->history_offset = 0; x->first_event_num = -1; x->last_event_num = -2; x->flags = 8192; x->struct_ptr = (v_struct_info_ptr + 0);x->init_size = 16;x->auto_oid_offset = 8; x++; /* k */\n" },
-  // events
-  { "class k { signed<4> a; event<a update> au; event<new> nw; };", cmode1(false),
-    "    { static const zkt_dict_event_t zkt_v_evdsc[2] = { \n"
-    "        {1, 2, 0, 4, 6, 0 },\n"
-    "        {1, 1, 0, 0, 0, 0 }\n"
-    "      };\n"
-    "      dict.v_desc_events = & zkt_v_evdsc[0];\n"
-    "    }\n\n" },
-  { "class k { signed<4> a; event<a update> au; };", cmode1(true),
-    "    { static zkt_dict_event_t zkt_v_evdsc[1];\n"
-    "      zkt_dict_event_t * x = & zkt_v_evdsc[0];\n"
-    "      x->class_code = 1; \n      x->flags = 2; \n      x->field_offset = 0; \n      x->field_size = 4; \n"
-    "      x->field_type = 6; \n     x->fld_no = 0; \n      x++;\n\n"
-    "      dict.v_desc_events = & zkt_v_evdsc[0];\n" },
-  // indexes: key records and index rows; a key that isn't nullable has no
-  // indicator; the offsets of the assignment form are padded to four columns
-  { "class k { signed<4> a; char<8> b; unique tree<a, b desc> ab; };", cmode1(false),
-    "      static const zkt_dict_index_field_t v_all_index_fields[ 2] = {\n"
-    "          { 0, -1, 4294967295U, 4, 6, 0, 0, -1 } /* [0] */\n"
-    "        , { 4, -1, 4294967295U, 8, 7, 1, 1, -1 } /* [1] */\n"
-    "      }; \n\n"
-    "      static const zkt_dict_index_t v_all_indexes_info[ 1] = {\n"
-    "          { 1, 1, 2, -1, 2052, & v_all_index_fields[0], 0, -1 } /* k.ab [0] */\n"
-    "      }; \n"
-    "      dict.v_desc_indexes = v_all_indexes_info;\n" },
-  { "class k { signed<4> a; tree<a> ia; };", cmode1(true),
-    "      /* k.ia [0] */\n"
-    "      z->field_offset = 0   ; z->vect_field_offset = -1  ; z->indicator_offset = 4294967295U; z->field_size = 4; z->field_type = 6; z->fld_flags  = 0; z->fld_no     = 0; z->collation_id = -1; z++; /* a */\n"
-    "      w->class_code = 1; w->impl_no = 1; w->numof_fields = 1; w->vect_field_offset = -1; w->flags = 2048; w->fields = & v_all_index_fields[0]; w->numof_keys_estimate = 0; w->userdef_id = -1; w++; \n" },
-  // a fixed class with no index gets a list index without key records
-  { "class k { signed<4> a; };", cmode1(false),
-    "      static const zkt_dict_index_field_t v_all_index_fields[1] = { {0,0,0,0,0} /*empty*/ \n"
-    "      }; \n" },
-  { "class k { signed<4> a; };", cmode1(true),
-    "      static const zkt_dict_index_field_t v_all_index_fields[1]; /*empty*/\n" },
-  // collations
-  { "class k { string a; tree<a collate latin> ia; };", cmode1(false),
-    "    {\n      static const zkt_dict_collation_t zkt_v_colls[1] = { \n        {\"latin\", 7 }\n      };\n"
-    "      dict.v_desc_colls = & zkt_v_colls[0];\n    }\n\n" },
-  { "class k { string a; tree<a collate latin> ia; };", cmode1(true),
-    "    {\n      static zkt_dict_collation_t zkt_v_colls[1];\n      zkt_dict_collation_t * x = & zkt_v_colls[0];\n"
-    "      x->name = \"latin\"; \n      x->type = 7; \n      x++;\n      dict.v_desc_colls = & zkt_v_colls[0];\n" },
-  // name tables only for debugging
-  { "class k { signed<4> a; tree<a> ia; };", cmode1(false, true),
-    "    {\n      static const char * const v_class_names[] = \n      {\n        0, \n"
-    "        \"k\"           , /* [1] */\n        0\n      };\n\n      dict.str_class_names = v_class_names;\n    }\n\n"
-    "    {\n      static const char * const v_index_names[] = \n      {\n"
-    "        \"k.ia\"           , /* [0] */\n        0\n      };\n\n      dict.str_index_names = v_index_names;\n    }\n" },
-  { "class k { signed<4> a; tree<a> ia; };", cmode1(false),
-    "    dict.str_class_names = 0;\n    dict.str_index_names = 0;\n" },
-  // initialisers: a 64-bit -1 takes two words; string values stand side by
-  // side, their positions counting a zero byte each that the text lacks, and
-  // an escape pair counts as one: "ab" 3, "c\\d" 4, then "x" at 8
-  { "struct S { char<4> codes[2] = {\"ab\", \"c\\\\d\"}; };\n"
-    "class k { signed<8> big = -1; double w = 1.5; boolean b = true; S s; char<4> t = \"x\"; };", cmode1(true),
-    "    static const int4 init_i_values[4] = {     /* k.b: */ 1,     /* k.big: */ -1, -1,     0 };\n\n"
-    "    static const char init_s_values[10] = {     /* S.codes: */ \"ab\"\"c\\\\d\"\"\\0\"\n"
-    "    /* k.t: */ \"x\"\"\\0\"\n    };\n\n"
-    "    static const double init_d_values[2] = {     /* k.w: */ 1.5,     0 };\n\n"
-    "    {\n    static zkt_dict_field_t v_field_info[6];\n" },
-  { "struct S { char<4> codes[2] = {\"ab\", \"c\\\\d\"}; };\n"
-    "class k { signed<8> big = -1; double w = 1.5; boolean b = true; S s; char<4> t = \"x\"; };", cmode1(false),
-    "    {\"t\", {4, 1, 17, 4, 1, 17}, 7, 0, 0, -1, 4, -1, 8, 4, 4, 65535, 65535, 0, 0, 0 /* 6 */},\n" },
-};
-// clang-format on
-
-TEST(DictSource, Texts) {
-  for (const TextCase& c : kTexts) {
-    Generated g(std::string("declare database d;\n") + c.schema, c.options);
-    ASSERT_TRUE(g.run()) << c.schema << ": " << g.msg;
-    const std::string text = Generated::text(g.gen.m_c);
-    EXPECT_NE(text.find(c.text), std::string::npos) << c.schema << "\n--- want:\n" << c.text << "\n--- in:\n" << text;
-  }
-}
-
-// Field runs are sorted by name, unless nosort keeps the declaration.
-TEST(DictSource, FieldOrder) {
-  for (bool nosort : {false, true}) {
-    Options o;
-    o.nosort = nosort;
-    Generated g("declare database d;\nclass k { signed<4> b; signed<4> a; };", o);
-    ASSERT_TRUE(g.run()) << g.msg;
-    const std::string text = Generated::text(g.gen.m_c);
-    const size_t a = text.find("    {\"a\", ");
-    const size_t b = text.find("    {\"b\", ");
-    ASSERT_TRUE(a != std::string::npos && b != std::string::npos);
-    EXPECT_EQ(a < b, !nosort);
-  }
-}
+using dicttest::expectSame;
 
 TEST(DictSource, Errors) {
   struct Case {
@@ -212,16 +102,9 @@ void compareRuns(const zkt_dict_struct_t& c, const zkt_dict_struct_t& m, const s
     ASSERT_NE(mf, nullptr) << at;
     const std::string f = at + "." + cf.name;
     EXPECT_STREQ(cf.name, mf->name) << f;
-    EXPECT_EQ(cf.field_el_type, mf->field_el_type) << f;
-    EXPECT_EQ(cf.flags, mf->flags) << f;
-    EXPECT_EQ(cf.array_size, mf->array_size) << f;
-    EXPECT_EQ(cf.struct_num, mf->struct_num) << f;
-    EXPECT_EQ(cf.refto_class, mf->refto_class) << f;
-    EXPECT_EQ(cf.no, mf->no) << f;
-    EXPECT_EQ(cf.event_id, mf->event_id) << f;
-    EXPECT_EQ(cf.precision, mf->precision) << f;
-    EXPECT_EQ(cf.seq_order, mf->seq_order) << f;
-    EXPECT_EQ(cf.seq_elem_size, mf->seq_elem_size) << f;
+    using F = zkt_dict_field_t;
+    expectSame(cf, *mf, f, &F::field_el_type, &F::flags, &F::array_size, &F::struct_num, &F::refto_class, &F::no,
+               &F::event_id, &F::precision, &F::seq_order, &F::seq_elem_size);
     EXPECT_EQ(cf.init_index != 0, mf->init_index != 0) << f;
     // the indicator is a position in the run: compare the field it names
     if (cf.indicator != 65535 && mf->indicator != 65535) {
@@ -294,28 +177,14 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
       compared++;
 
       // the head; exact_OID_sizeof and the compiled-for widths differ by design
-      EXPECT_EQ(cd.version_major, md.version_major) << what;
-      EXPECT_EQ(cd.version_build, md.version_build) << what;
-      EXPECT_EQ(cd.magic_number, md.magic_number) << what;
-      EXPECT_EQ(cd.flags, md.flags) << what;
-      EXPECT_EQ(cd.oid_is_supported, md.oid_is_supported) << what;
-      EXPECT_EQ(cd.auto_oid_supported, md.auto_oid_supported) << what;
-      EXPECT_EQ(cd.n_class_codes, md.n_class_codes) << what;
-      EXPECT_EQ(cd.n_list_indexes, md.n_list_indexes) << what;
-      EXPECT_EQ(cd.n_autoid_indexes, md.n_autoid_indexes) << what;
-      EXPECT_EQ(cd.n_userdef_indexes, md.n_userdef_indexes) << what;
-      EXPECT_EQ(cd.max_numof_indexes_per_obj, md.max_numof_indexes_per_obj) << what;
-      EXPECT_EQ(cd.n_structs, md.n_structs) << what;
-      EXPECT_EQ(cd.num_oid_estimation, md.num_oid_estimation) << what;
-      EXPECT_EQ(cd.num_HA_estimation, md.num_HA_estimation) << what;
-      EXPECT_EQ(cd.n_desc_indexes, md.n_desc_indexes) << what;
-      EXPECT_EQ(cd.n_desc_events, md.n_desc_events) << what;
-      EXPECT_EQ(cd.n_desc_colls, md.n_desc_colls) << what;
-      EXPECT_EQ(cd.layout_OID_size, md.layout_OID_size) << what;
+      using D = zkt_dictionary_t_;
+      expectSame(cd, md, what, &D::version_major, &D::version_build, &D::magic_number, &D::flags, &D::oid_is_supported,
+                 &D::auto_oid_supported, &D::n_class_codes, &D::n_list_indexes, &D::n_autoid_indexes,
+                 &D::n_userdef_indexes, &D::max_numof_indexes_per_obj, &D::n_structs, &D::num_oid_estimation,
+                 &D::num_HA_estimation, &D::n_desc_indexes, &D::n_desc_events, &D::n_desc_colls, &D::layout_OID_size,
+                 &D::init_i_data_n, &D::init_d_data_n);
       EXPECT_EQ(cd.sizeof_zkt_offs_t[1], md.sizeof_zkt_offs_t[1]) << what;
       EXPECT_EQ(cd.sizeof_zkt_size_t[1], md.sizeof_zkt_size_t[1]) << what;
-      EXPECT_EQ(cd.init_i_data_n, md.init_i_data_n) << what;
-      EXPECT_EQ(cd.init_d_data_n, md.init_d_data_n) << what;
       for (int k = 1; k <= cd.n_class_codes; k++) EXPECT_STREQ(cd.str_class_names[k], md.str_class_names[k]) << what;
       for (int i = 0; i < cd.n_desc_indexes; i++) EXPECT_STREQ(cd.str_index_names[i], md.str_index_names[i]) << what;
 
@@ -331,21 +200,13 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
         const zkt_dict_class_info_t_& cc = cd.v_class_info[k];
         const zkt_dict_class_info_t_& mc = md.v_class_info[k];
         const std::string at = what + " class " + std::to_string(k);
-        EXPECT_EQ(cc.first_index_num, mc.first_index_num) << at;
-        EXPECT_EQ(cc.last_index_num, mc.last_index_num) << at;
-        EXPECT_EQ(cc.list_index_num, mc.list_index_num) << at;
-        EXPECT_EQ(cc.autoid_index_num, mc.autoid_index_num) << at;
-        EXPECT_EQ(cc.history_index_num, mc.history_index_num) << at;
-        EXPECT_EQ(cc.first_event_num, mc.first_event_num) << at;
-        EXPECT_EQ(cc.last_event_num, mc.last_event_num) << at;
-        EXPECT_EQ(cc.flags, mc.flags) << at;
+        using C = zkt_dict_class_info_t_;
+        expectSame(cc, mc, at, &C::first_index_num, &C::last_index_num, &C::list_index_num, &C::autoid_index_num,
+                   &C::history_index_num, &C::first_event_num, &C::last_event_num, &C::flags);
         EXPECT_EQ(cc.struct_ptr - cd.v_all_struct, mc.struct_ptr - md.v_all_struct) << at;
         const Struct& s = *numbers.v_allStructs[cc.struct_ptr - cd.v_all_struct];
         if (!runIsNumeric(s)) continue;  // sizes of direct structs differ by design
-        EXPECT_EQ(cc.fixedsize, mc.fixedsize) << at;
-        EXPECT_EQ(cc.init_size, mc.init_size) << at;
-        EXPECT_EQ(cc.autoid_offset, mc.autoid_offset) << at;
-        EXPECT_EQ(cc.auto_oid_offset, mc.auto_oid_offset) << at;
+        expectSame(cc, mc, at, &C::fixedsize, &C::init_size, &C::autoid_offset, &C::auto_oid_offset);
       }
       for (int i = 0; i < cd.n_structs; i++) {
         const zkt_dict_struct_t& cs = cd.v_all_struct[i];
@@ -354,38 +215,30 @@ TEST(DictSource, CompiledDictionaryEqualsTheLibrarys) {
         EXPECT_STREQ(cs.name, ms.name) << at;
         EXPECT_EQ(cs.flags, ms.flags) << at;
         compareRuns(cs, ms, at);
-        if (!runIsNumeric(*numbers.v_allStructs[i])) continue;
-        EXPECT_EQ(cs.c_size, ms.c_size) << at;
-        EXPECT_EQ(cs.u_size, ms.u_size) << at;
-        EXPECT_EQ(cs.c_align, ms.c_align) << at;
-        EXPECT_EQ(cs.u_align, ms.u_align) << at;
+        using S = zkt_dict_struct_t;
+        if (runIsNumeric(*numbers.v_allStructs[i])) expectSame(cs, ms, at, &S::c_size, &S::u_size, &S::c_align, &S::u_align);
       }
       for (int i = 0; i < cd.n_desc_indexes; i++) {
         const zkt_dict_index_t& ci = cd.v_desc_indexes[i];
         const zkt_dict_index_t& mi = md.v_desc_indexes[i];
         const std::string at = what + " index " + std::to_string(i);
-        EXPECT_EQ(ci.class_code, mi.class_code) << at;
-        EXPECT_EQ(ci.impl_no, mi.impl_no) << at;
-        EXPECT_EQ(ci.numof_fields, mi.numof_fields) << at;
-        EXPECT_EQ(ci.flags, mi.flags) << at;
-        EXPECT_EQ(ci.numof_keys_estimate, mi.numof_keys_estimate) << at;
-        EXPECT_EQ(ci.userdef_id, mi.userdef_id) << at;
+        using I = zkt_dict_index_t;
+        expectSame(ci, mi, at, &I::class_code, &I::impl_no, &I::numof_fields, &I::flags, &I::numof_keys_estimate,
+                   &I::userdef_id);
         for (int j = 0; j < ci.numof_fields; j++) {
           const zkt_dict_index_field_t& cf = ci.fields[j];
           const zkt_dict_index_field_t& mf = mi.fields[j];
-          EXPECT_EQ(cf.field_type, mf.field_type) << at;
+          using K = zkt_dict_index_field_t;
+          expectSame(cf, mf, at, &K::field_type, &K::fld_no, &K::collation_id);
           EXPECT_EQ(cf.fld_flags & ~16, mf.fld_flags) << at;  // 16: binary keys, C form only
-          EXPECT_EQ(cf.fld_no, mf.fld_no) << at;
-          EXPECT_EQ(cf.collation_id, mf.collation_id) << at;
           if (cf.field_type != 23) {  // a bit field's key size is its bit count in the C form
             EXPECT_EQ(cf.field_size, mf.field_size) << at;
           }
         }
       }
       for (int i = 0; i < cd.n_desc_events; i++) {
-        EXPECT_EQ(cd.v_desc_events[i].class_code, md.v_desc_events[i].class_code) << what;
-        EXPECT_EQ(cd.v_desc_events[i].flags, md.v_desc_events[i].flags) << what;
-        EXPECT_EQ(cd.v_desc_events[i].fld_no, md.v_desc_events[i].fld_no) << what;
+        using E = zkt_dict_event_t;
+        expectSame(cd.v_desc_events[i], md.v_desc_events[i], what, &E::class_code, &E::flags, &E::fld_no);
       }
       for (int i = 0; i < cd.n_desc_colls; i++) {
         EXPECT_STREQ(cd.v_desc_colls[i].name, md.v_desc_colls[i].name) << what;

@@ -1,10 +1,7 @@
 // In-memory dictionary: records, layouts, initialisers and allocations as zkt_db_load_dictionary builds them.
 #include <gtest/gtest.h>
 
-#include "analyzer_util.h"
 #include "dict_util.h"
-#include "gendict.h"
-#include "proc_util.h"
 
 namespace {
 
@@ -16,43 +13,6 @@ zktcomp_options_t nosortOpts() {
   zktcomp_options_t o = zktcomp_options_t();
   o.nosort = 1;
   return o;
-}
-
-// The worked layout example: a class of seven fields in both layouts, and its run sorted by name.
-TEST(MemoryDict, LayoutOfTheWorkedExample) {
-  Lib l("declare database shop;\nclass item { unsigned<4> id; string name; char<3> code; unsigned<1> flag; double price;\n"
-        "vector<unsigned<2>> tags; unsigned<2> next; };");
-  ASSERT_COMPILED(l);
-  const zkt_dict_struct_t* s = l.strct("item");
-  ASSERT_NE(s, nullptr);
-  EXPECT_EQ(Lib::run(s), "code flag id name next price tags");
-  EXPECT_EQ(s->c_size, 24);
-  EXPECT_EQ(s->c_align, 4);
-  EXPECT_EQ(s->u_size, 30u);
-  EXPECT_EQ(s->u_align, 4u);
-  const struct {
-    const char* name;
-    int c_off, c_size, u_off, u_size, order;
-  } rows[] = {
-      {"price", 0, 8, 16, 8, 4}, {"id", 8, 4, 0, 4, 0},    {"next", 12, 2, 24, 2, 6}, {"name", 14, 2, 12, 4, 1},
-      {"tags", 16, 4, 4, 6, 5},  {"code", 20, 3, 26, 3, 2}, {"flag", 23, 1, 29, 1, 3},
-  };
-  for (const auto& r : rows) {
-    const zkt_dict_field_t* f = Lib::field(s, r.name);
-    ASSERT_NE(f, nullptr) << r.name;
-    EXPECT_EQ(f->layout.c_offset, r.c_off) << r.name;
-    EXPECT_EQ(f->layout.c_size, r.c_size) << r.name;
-    EXPECT_EQ(f->layout.u_offset, (unsigned)r.u_off) << r.name;
-    EXPECT_EQ(f->layout.u_size, (unsigned)r.u_size) << r.name;
-    EXPECT_EQ(f->order_no, r.order) << r.name;
-    EXPECT_EQ(f->no, r.order) << r.name;
-  }
-  EXPECT_EQ(Lib::field(s, "tags")->flags, 1);
-  EXPECT_EQ(Lib::field(s, "code")->field_el_type, 7);
-  EXPECT_EQ(Lib::field(s, "code")->field_size, 3u);
-  // Not compact: a new object has the u size.
-  EXPECT_EQ(l.cls("item")->init_size, 30u);
-  EXPECT_EQ(l.cls("item")->struct_ptr, s);
 }
 
 // One dynamic class (a fixed-size one would get a list index), nothing else:
@@ -262,7 +222,6 @@ TEST(MemoryDict, BuilderErrors) {
     { "class c { vector<blob> b; };", "Blob cannot be element of vector" },
     { "struct s { unsigned<4> a; };\nclass c { sequence<s> q; };", "python wraper does not support sequence of structs" },
     { "class c { unsigned<4> a = x; };", "initial value for c.a is not integer: \"x\"" },
-    { "class c { signed<8> a = 1.5; };", "initial value for c.a is not integer: \"1.5\"" },
     { "class c { double a = x; };", "initial value for c.a is not double: \"x\"" },
     { "class c { boolean a = yes; };", "initial value for c.a is not boolean: \"yes\"" },
     { "class c { string a = 5; };", "initial value for c.a is not string literal: \"5\"" },
@@ -278,55 +237,6 @@ TEST(MemoryDict, BuilderErrors) {
     EXPECT_EQ(l.msgs[0].file, "<memory buffer>");
     EXPECT_EQ(l.dsize, 7777u);  // untouched
   }
-}
-
-// The builder on an analysed model that a test may change first (no
-// statement sets m_history, for one).
-zkt_dictionary_t_* generateFrom(antest::Analysis& a, bool nosort = false) {
-  fakert::reset();
-  MemoryGenDict gen(a.schema(), false, nosort, false, false, false, false, false, &a.rep, "", "", "", false, false,
-                    false, false, false, 4, false, false, false);
-  gen.init();
-  return gen.generate();
-}
-
-TEST(MemoryDict, HistoryOnAHandBuiltModel) {
-  const char* schema = "declare database hi;\nclass c { signed<4> a; tree<a> t; };";
-  // clang-format off
-  const struct { bool index, field; const char* panic; } rows[] = {
-    { false, true,  "internal error: history index not found\n" },
-    { true,  false, "internal error: history field not found\n" },
-  };
-  // clang-format on
-  for (const auto& r : rows) {
-    ProcResult p = procutil::runChild([&] {
-      antest::Analysis a(schema);
-      if (r.field) a.cls("c")->addSysField("version@", "$version", true, nullptr);
-      a.an.doChecks();
-      a.cls("c")->m_history = true;
-      a.cls("c")->v_index[0].m_isHistoryIndex = r.index;
-      generateFrom(a);
-    });
-    EXPECT_EQ(p.err, r.panic);
-  }
-  antest::Analysis a(schema);
-  a.cls("c")->addSysField("version@", "$version", true, nullptr);
-  a.an.doChecks();
-  Class& c = *a.cls("c");
-  c.m_history = true;
-  c.m_historyLength = 3;
-  c.v_index[0].m_isHistoryIndex = true;
-  zkt_dictionary_t_* d = generateFrom(a);
-  EXPECT_EQ(d->n_history_indexes, 1);
-  const zkt_dict_class_info_t& ci = d->v_class_info[1];
-  EXPECT_EQ(ci.history_index_num, 0);
-  EXPECT_EQ(ci.history_length, 3);
-  EXPECT_EQ(d->v_desc_indexes[0].flags & (1024u | 2048u | 4096u | 8192u), 8192u);
-  const zkt_dict_field_t* v = Lib::field(&d->v_all_struct[c.m_globalNum], "version@");
-  EXPECT_EQ(ci.history_offset, v->layout.u_offset);
-  EXPECT_EQ(v->field_el_type, 15);
-  EXPECT_EQ(v->field_size, 2u);  // a two-byte element in four bytes of layout
-  EXPECT_EQ(v->layout.u_size, 4u);
 }
 
 TEST(MemoryDict, OidAndAutoOid) {
@@ -363,28 +273,6 @@ TEST(MemoryDict, LargeNumbers) {
     EXPECT_EQ(l.rc, 1005) << schema;
     ASSERT_EQ(l.msgs.size(), 1u) << schema;
     EXPECT_EQ(l.msgs[0].text, "Struct c is too large") << schema;
-  }
-}
-
-TEST(MemoryDict, SequenceOrderNames) {
-  antest::Analysis a("class c { signed<4> a; };");
-  MemoryClassDictCreator creator(a.schema(), &a.rep);
-  Field f;
-  f.m_name = "q";
-  const struct {
-    const char* name;
-    int order;
-  } rows[] = {{"", 0}, {"ZKT_SEQ_NO_ORDER", 0}, {"ZKT_SEQ_ASC_ORDER", 1}, {"ZKT_SEQ_DESC_ORDER", 2}};
-  for (const auto& r : rows) {
-    f.m_seqOrder = r.name;
-    EXPECT_EQ(creator.GetSeqOrder(&f), r.order) << r.name;
-  }
-  f.m_seqOrder = "up";
-  try {
-    creator.GetSeqOrder(&f);
-    FAIL();
-  } catch (const CompilerError& e) {
-    EXPECT_EQ(std::string(e.m_msg.c_str()), "Field q invalid sequence order up");
   }
 }
 

@@ -4,6 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "buildout.h"
+
 mstring translateError(const mstring& txt, const mstring& p1, const mstring& p2, const mstring& p3,
                        const mstring& p4) {
   // Placeholders count non-empty arguments: an empty p1 shifts p2 to "#1".
@@ -52,6 +54,7 @@ void (*IErrReporter::s_panicHook)(const mstring& msg, bool normalError) = nullpt
 
 void IErrReporter::panic(const mstring& msg, bool normalError) {
   if (s_panicHook) s_panicHook(msg, normalError);
+  Replaced::discard();  // no temporary of -ifchanged outlives the process
   fprintf(stderr, "%s: %s\n", normalError ? "error" : "internal error", msg.c_str());
   exit(-1);
 }
@@ -72,8 +75,26 @@ void ErrReporter::printPlace(const mstring& filename, int line, int pos) {
   }
 }
 
+// A place as compilers write it: the file (or the default name), the line
+// and the position as the native form shows them, each behind a colon.
+void ErrReporter::printGcc(const char* kind, const mstring& filename, int line, int pos, const mstring& text) {
+  const mstring& file = filename.empty() ? m_defaultFileName : filename;
+  mstring place;
+  if (!file.empty()) {
+    place = file + ":";
+    if (line >= 0) place += UT::n2s(line) + ":";
+    if (line >= 0 && pos >= 1) place += UT::n2s(pos + 1) + ":";
+    place += " ";
+  }
+  fprintf(stderr, "%s%s: %s\n", place.c_str(), kind, text.c_str());
+}
+
 void ErrReporter::processError(const mstring& txt, const mstring& filename, int line, int pos) {
   m_nErr++;
+  if (m_gccForm) {
+    printGcc("error", filename, line, pos, txt);
+    final(m_cbk);
+  }
   printPlace(filename, line, pos);
   fprintf(stderr, "error: %s\n\n", txt.c_str());
   final(m_cbk);
@@ -117,12 +138,19 @@ void ErrReporter::warning(const mstring& txt) { warning(txt, mstring(), -1, 0); 
 void ErrReporter::warning1(const mstring& txt, const mstring& p1) {
   mstring e;
   m_nWarnings++;
-  fprintf(stderr, "warning: %s\n", translateError(txt, p1, e, e, e).c_str());
+  if (m_gccForm)
+    printGcc("warning", e, -1, 0, translateError(txt, p1, e, e, e));
+  else
+    fprintf(stderr, "warning: %s\n", translateError(txt, p1, e, e, e).c_str());
 }
 
 void ErrReporter::warning(const mstring& txt, const mstring& filename, int line, int pos) {
   mstring e;
   m_nWarnings++;
+  if (m_gccForm) {
+    printGcc("warning", filename, line, pos, translateError(txt, e, e, e, e));
+    return;
+  }
   printPlace(filename, line, pos);
   fprintf(stderr, "warning: %s\n\n", translateError(txt, e, e, e, e).c_str());
 }

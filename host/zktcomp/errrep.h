@@ -10,6 +10,7 @@ public:
   int m_nWarnings = 0;
   IFinalCallback* m_cbk = nullptr;  // not owned
   mstring m_defaultFileName;
+  bool m_gccForm = false;  // -diag gcc: "{file}:{line}:{pos}: error: {msg}", one line each
 
   void setFinalCallback(IFinalCallback* cbk) override { m_cbk = cbk; }
   [[noreturn]] void err(const mstring& txt) override;
@@ -31,6 +32,8 @@ public:
 private:
   [[noreturn]] void processError(const mstring& txt, const mstring& filename, int line, int pos);
   void printPlace(const mstring& filename, int line, int pos);
+  // The gcc form of an error or warning (kind) at a place.
+  void printGcc(const char* kind, const mstring& filename, int line, int pos, const mstring& text);
 };
 
 // Runs the callback (if any), prints the failure line and exits with -1.

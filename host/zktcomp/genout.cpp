@@ -5,6 +5,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "buildout.h"
+
 GenOutput::GenOutput(Schema& sc, bool debug, bool nosort, bool dumpxml, bool gen_hpp, bool gen_cs, bool gen_java,
                      bool gen_smartptr, IErrReporter* err, const mstring& dir, const mstring& csNamespace,
                      const mstring& javaPackage, bool cmode1, bool genXmlMethods, bool genJsonMethods,
@@ -75,8 +77,10 @@ void GenOutput::init() {
 
 IOutStream* GenOutput::createFile(const mstring& name) {
   mstring path = UT::makefnm(m_dir, name);
-  IOutStream* os = IOutStream::createFileStream(path);  // stops the process when it can't open
   m_files_created.push_back(path);
+  if (m_listOnly) return IOutStream::createNullStream();
+  // Either stops the process when it can't open.
+  IOutStream* os = m_ifchanged ? Replaced::open(path) : IOutStream::createFileStream(path);
   if (!os->good()) m_err->err("Cannot create output file " + path);
   return os;
 }
@@ -280,6 +284,8 @@ static const char kBanner[] =
   " * at {time} */\n"
   "\n";
 
+const char kNoTimeBanner[] = "(time not recorded)\n";
+
 static const char kCHeadDll[] = "#define ZKT_DLL_SPEC __declspec(dllexport)\n";
 static const char kCHead[] =
   "#include \"{db}.h\"\n"
@@ -389,7 +395,7 @@ void GenOutput::heading() {
   fr.set("minor", (long)ZKT_COMP_VER_MINOR);
   fr.set("api", (long)ZKT_COMP_API_VERSION);
   fr.set("rev", ZKT_COMP_REVISION);
-  fr.set("time", UT::stringTime());  // ends in its own line feed
+  fr.set("time", m_notime ? mstring(kNoTimeBanner) : UT::stringTime());  // ends in its own line feed
   fr.set("getdict", MF(m_sc.m_dbname + "_get_dictionary", 0));
 
   const mstring banner = fr.fill(kBanner);

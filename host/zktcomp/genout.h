@@ -44,6 +44,10 @@ struct StrParams {
 extern const char kGetGuard[];
 extern const char kPutGuard[];
 
+// What the banner's " * at " line shows under -notime, with the line feed
+// that the time text would have brought.
+extern const char kNoTimeBanner[];
+
 // The handler type of an event: "zkt_{name}_handler".
 mstring ehandler_name(const Event& e);
 
@@ -83,7 +87,7 @@ public:
   bool m_dll;            // "ZKT_DLL_SPEC" decoration
   int m_wcharSize;       // stored, not read
   IOutStream* m_hpp_tail;  // inline C++ method bodies, kept in memory until the end of output()
-  mvector<mstring> m_files_created;  // paths in order of creation; filled, never read
+  mvector<mstring> m_files_created;  // paths in order of creation (a Java file may come twice)
   StringSet m_javaFiles;             // paths of the Java files of this run, to warn of a second one
   int m_maxClassName;
   int m_maxIndexName;
@@ -91,6 +95,11 @@ public:
   int m_maxCtypeName;
   int m_fmtRet;          // width of the return type column
   int m_idxMethodName;   // width of index method names
+  // Build integration, set by the file compiler after construction; all off
+  // by default, which leaves every byte as it was.
+  bool m_listOnly = false;   // -list-outputs: record the paths in m_files_created, open no file
+  bool m_notime = false;     // -notime: the banner shows kNoTimeBanner instead of the time
+  bool m_ifchanged = false;  // -ifchanged: every file goes through Replaced::open
 
   GenOutput(Schema& sc, bool debug, bool nosort, bool dumpxml, bool gen_hpp, bool gen_cs, bool gen_java,
             bool gen_smartptr, IErrReporter* err, const mstring& dir, const mstring& csNamespace,

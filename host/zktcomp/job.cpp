@@ -5,13 +5,17 @@
 #include <string.h>
 
 #include "analyzer.h"
+#include "buildout.h"
 #include "errrep.h"
 #include "genout.h"
 #include "parser.h"
 
 void FinalCallback::execute() {
   if (m_genout) m_genout->close();
+  Replaced::discard();
+  if (m_listOnly) return;
   for (unsigned int i = 0; i < m_files2remove.size(); i++) file_remove(m_files2remove[i].c_str());
+  if (!m_depFile.empty()) file_remove(m_depFile.c_str());
 }
 
 void FinalCallback::dbnameFound(const mstring& name) {
@@ -29,6 +33,24 @@ static mstring defaultIncludeDir(const mstring& inputFile) {
   return mstring();
 }
 
+// What follows a successful generation: the list of -list-outputs, or the
+// replacement of changed outputs and the dependency file, whose targets are
+// the outputs and whose prerequisites the schema and its included files.
+void Job::finishOutputs(IErrReporter& rep, const mvector<mstring>& created, const mvector<mstring>& included) {
+  const mvector<mstring> outputs = distinctPaths(created);
+  if (listOutputs) {
+    for (unsigned int i = 0; i < outputs.size(); i++) printf("%s\n", outputs[i].c_str());
+    return;
+  }
+  mstring failed;
+  if (ifchanged && !Replaced::commit(failed)) rep.err("Cannot create output file " + failed);
+  if (depFile.empty()) return;
+  mvector<mstring> prereqs;
+  prereqs.push_back(inputFile);
+  for (unsigned int i = 0; i < included.size(); i++) prereqs.push_back(included[i]);
+  if (!writeDepfile(depFile, outputs, distinctPaths(prereqs))) rep.err("Cannot create dependency file " + depFile);
+}
+
 bool Job::run() {
   try {
     return compile();
@@ -40,6 +62,7 @@ bool Job::run() {
 bool Job::compile() {
   FILE* inp = fopen(inputFile.c_str(), "r");
   ErrReporter rep;
+  rep.m_gccForm = diagGcc;
   if (inp == nullptr) {
     printf("Current directory is: %s\n", UT::currdir().c_str());
     rep.err(mstring("Cannot open \"") + inputFile + "\"");
@@ -51,6 +74,8 @@ bool Job::compile() {
   mstring outDir(outputDir);
 
   FinalCallback cbk(outDir);
+  cbk.m_depFile = depFile;
+  cbk.m_listOnly = listOutputs;
   rep.setFinalCallback(&cbk);
 
   Parser parser(inp, inputFile, &rep, incDir, outDir);
@@ -65,10 +90,15 @@ bool Job::compile() {
   GenOutput genout(analyzer.getSchema(), debug || genhpp, nosort, dumpxml, genhpp, gencs, genjava, gensmartptr,
                    &rep, outDir, csNamespace, javaPackage, cmode1, genXml, genJson, genSQL, largeDatabase,
                    target_sizeof_zkt_size_t, wcharSize, prefix, mergeable, dll);
+  genout.m_listOnly = listOutputs;
+  genout.m_notime = notime;
+  genout.m_ifchanged = ifchanged;
   genout.init();
   cbk.m_genout = &genout;  // from here on a failure closes the streams first
   genout.run();
+  if (werror && rep.m_nWarnings > 0) rep.err("warnings treated as errors");
   genout.close();
+  finishOutputs(rep, genout.m_files_created, parser.m_prepr.m_opened);
 
   rep.setFinalCallback(nullptr);
   return true;

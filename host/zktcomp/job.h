@@ -21,6 +21,8 @@ public:
   mvector<mstring> m_files2remove;
   GenOutput* m_genout = nullptr;  // not owned; set once the generator's streams are open
   mstring m_outDir;
+  mstring m_depFile;        // -M: removed as well
+  bool m_listOnly = false;  // -list-outputs: a failure removes nothing
 
   explicit FinalCallback(const mstring& outDir) : m_outDir(outDir) {}
   void execute() override;
@@ -29,7 +31,8 @@ public:
 };
 
 // One compilation of one schema file. A plain record: the caller sets every
-// field (there are no defaults) and calls run.
+// field up to compver (they have no defaults) and calls run. The build
+// integration fields behind them are off by default.
 struct Job {
   bool debug;
   bool nosort;
@@ -61,6 +64,13 @@ struct Job {
   bool revno;    // for the command-line front only
   bool compver;  // for the command-line front only
 
+  mstring depFile;           // -M: make-style dependency file, written after a successful run
+  bool listOutputs = false;  // -list-outputs: print the paths of the outputs, write nothing
+  bool notime = false;       // -notime: no wall-clock time in the banners
+  bool ifchanged = false;    // -ifchanged: replace only outputs whose content changed
+  bool diagGcc = false;      // -diag gcc: diagnostics in the compilers' one-line form
+  bool werror = false;       // -Werror: a warning fails the compilation
+
   // Returns true; every failure ends the process inside the reporter. A
   // generator branch that meets a case it has none for throws a character
   // string; run turns it into an internal stop (IErrReporter::panic).
@@ -68,6 +78,7 @@ struct Job {
 
 private:
   bool compile();
+  void finishOutputs(IErrReporter& rep, const mvector<mstring>& created, const mvector<mstring>& included);
 };
 
 #endif

@@ -230,6 +230,7 @@ void PreProcessor::doInclude(const mstring& tail) {
   mstring path = UT::makefnm(m_includeDir, mstring(t + 1, n - 2));
   FILE* f = fopen(path.c_str(), "r");
   if (f == nullptr) error2("current directory is #1, cannot open include file #2", UT::currdir(), path, 0);
+  m_opened.push_back(path);
   m_inpStack.push_back(m_inp);
   m_inpNameStack.push_back(m_inpName);
   m_lineNumStack.push_back(m_lineNum);

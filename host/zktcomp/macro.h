@@ -41,6 +41,8 @@ public:
                const mstring& dir);
   ~PreProcessor();
 
+  mvector<mstring> m_opened;  // every file "#include" opened, in order (for the dependency file)
+
   mstring readLine();  // empty both for an empty line and once finished
   bool finished() const { return m_finished; }
   bool wasError() const { return m_rep.wasError(); }

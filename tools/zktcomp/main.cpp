@@ -35,6 +35,12 @@ static const char kUsage[] =
     "  -prefix                prefix generated names with the database name\n"
     "  -mergeable             generated code may be merged with another schema's\n"
     "  -dll                   decorate exported functions for a shared library\n"
+    "  -M <file>              also write a make rule: the outputs depend on the schema and its includes\n"
+    "  -list-outputs          print the paths of the files the options would generate, write nothing\n"
+    "  -notime                no wall-clock time in the generated banners (reproducible output)\n"
+    "  -ifchanged             replace only outputs whose content changed (others keep their time)\n"
+    "  -diag <gcc|native>     form of diagnostics: file:line:pos: error: msg, or the default form\n"
+    "  -Werror                a warning fails the compilation\n"
     "  -version               print the version and exit\n"
     "  -help, -h, --help      print this text and exit\n";
 
@@ -69,6 +75,10 @@ static const BoolOption kBoolOptions[] = {
   { "-prefix",     &Job::prefix },
   { "-mergeable",  &Job::mergeable },
   { "-dll",        &Job::dll },
+  { "-list-outputs", &Job::listOutputs },
+  { "-notime",     &Job::notime },
+  { "-ifchanged",  &Job::ifchanged },
+  { "-Werror",     &Job::werror },
 };
 
 struct TextOption {
@@ -81,15 +91,26 @@ static const TextOption kTextOptions[] = {
   { "-I",            &Job::includeDir },
   { "-cs-namespace", &Job::csNamespace },
   { "-java-package", &Job::javaPackage },
+  { "-M",            &Job::depFile },
 };
 // clang-format on
+
+[[noreturn]] static void badValue(const char* opt, const char* v, const char* expected) {
+  fprintf(stderr, "zktcomp: bad value \"%s\" for %s: expected %s\n%s", v, opt, expected, kUsage);
+  exit(2);
+}
 
 // A number option accepts exactly one of two values.
 static int sizeValue(const char* opt, const char* v, int a, int b) {
   if (strcmp(v, a == 4 ? "4" : "2") == 0) return a;
   if (strcmp(v, b == 8 ? "8" : "4") == 0) return b;
-  fprintf(stderr, "zktcomp: bad value \"%s\" for %s: expected %d or %d\n%s", v, opt, a, b, kUsage);
-  exit(2);
+  badValue(opt, v, a == 4 ? "4 or 8" : "2 or 4");
+}
+
+// -diag takes the name of a diagnostic form; true for gcc.
+static bool diagValue(const char* v) {
+  if (strcmp(v, "gcc") != 0 && strcmp(v, "native") != 0) badValue("-diag", v, "gcc or native");
+  return v[0] == 'g';
 }
 
 int main(int argc, char** argv) {
@@ -125,7 +146,8 @@ int main(int argc, char** argv) {
       }
     }
     if (known) continue;
-    bool needsValue = !strcmp(a, "-size-t") || !strcmp(a, "-wchar") || !strcmp(a, "-suppress-api");
+    bool needsValue =
+        !strcmp(a, "-size-t") || !strcmp(a, "-wchar") || !strcmp(a, "-suppress-api") || !strcmp(a, "-diag");
     for (const TextOption& o : kTextOptions) needsValue = needsValue || !strcmp(a, o.name);
     if (!needsValue) usageError("unknown option ", a);
     if (i + 1 >= argc) usageError("missing value for ", a);
@@ -134,6 +156,8 @@ int main(int argc, char** argv) {
       job.target_sizeof_zkt_size_t = sizeValue(a, v, 4, 8);
     else if (!strcmp(a, "-wchar"))
       job.wcharSize = sizeValue(a, v, 2, 4);
+    else if (!strcmp(a, "-diag"))
+      job.diagGcc = diagValue(v);
     else if (!strcmp(a, "-suppress-api"))
       job.suppress_api.push_back(mstring(v));
     else
@@ -143,6 +167,6 @@ int main(int argc, char** argv) {
   if (!schema) usageError("no schema file given", "");
   job.inputFile = mstring(schema);
 
-  if (job.run()) UT::finishComp(true);
+  if (job.run() && !job.listOutputs) UT::finishComp(true);
   return 0;
 }

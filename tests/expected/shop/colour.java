@@ -1,0 +1,7 @@
+import com.halvorn.vantrel.*;
+
+public enum colour {
+	red,
+	blue
+};
+

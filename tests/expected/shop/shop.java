@@ -1,0 +1,8 @@
+import com.halvorn.vantrel.*;
+
+public class shop { 
+	public static Class[] classes = { 
+	Item.class
+	};
+}
+

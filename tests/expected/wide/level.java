@@ -1,0 +1,8 @@
+package p.q;
+import com.halvorn.vantrel.*;
+
+public enum level {
+	low,
+	high
+};
+
