@@ -114,41 +114,39 @@ TEST(Hostile, InputsAndOutputs) {
        255, "recursion in #include"},
   };
   for (const Case& c : cases) {
-    const std::string dir = procutil::makeTempDir();
-    const ProcResult r = compile(c.setup(dir), dir);
+    const procutil::TempDir dir;
+    const ProcResult r = compile(c.setup(dir.path), dir.path);
     EXPECT_EQ(r.status, c.status) << c.name << "\n" << r.err.substr(0, 500);
     EXPECT_NE(r.err.find(c.message), std::string::npos) << c.name << "\n" << r.err.substr(0, 500);
-    EXPECT_FALSE(procutil::fileExists(dir + "/h.h")) << c.name;
-    EXPECT_EQ(system(("rm -rf " + dir).c_str()), 0);
+    EXPECT_FALSE(procutil::fileExists(dir.path + "/h.h")) << c.name;
   }
 }
 
 // A FIFO is read like a file once its writer opens it.
 TEST(Hostile, Fifo) {
-  const std::string dir = procutil::makeTempDir();
-  const std::string fifo = dir + "/in.sch";
+  const procutil::TempDir dir;
+  const std::string fifo = dir.path + "/in.sch";
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   std::thread writer([&] { procutil::writeFile(fifo, "declare database h;\nclass a { nothing x; };\n"); });
-  const ProcResult r = compile({"in.sch"}, dir);
+  const ProcResult r = compile({"in.sch"}, dir.path);
   writer.join();
   EXPECT_EQ(r.status, 255) << r.err;
   EXPECT_NE(r.err.find("File in.sch"), std::string::npos) << r.err;
-  EXPECT_FALSE(procutil::fileExists(dir + "/h.h"));
-  EXPECT_EQ(system(("rm -rf " + dir).c_str()), 0);
+  EXPECT_FALSE(procutil::fileExists(dir.path + "/h.h"));
 }
 
 // A read-only output directory stops at the first file; a full file system
 // fails at the end of the writing and the outputs are removed.
 TEST(Hostile, OutputDirectoryReadOnlyOrFull) {
-  const std::string dir = procutil::makeTempDir();
-  procutil::writeFile(dir + "/in.sch", kSchema);
+  const procutil::TempDir dir;
+  dir.write("in.sch", kSchema);
   for (const bool readOnly : {true, false}) {
-    const Mount m(dir + (readOnly ? "/ro" : "/full"), readOnly);
+    const Mount m(dir.path + (readOnly ? "/ro" : "/full"), readOnly);
     if (m.dir.empty()) {
       printf("skipped: cannot mount a tmpfs here (%s)\n", readOnly ? "read-only" : "full");
       continue;
     }
-    const ProcResult r = compile({"-o", m.dir, "-hpp", "in.sch"}, dir);
+    const ProcResult r = compile({"-o", m.dir, "-hpp", "in.sch"}, dir.path);
     EXPECT_EQ(r.status, 255) << r.err;
     EXPECT_NE(r.err.find(readOnly ? "Cannot open file" : "Cannot write output files: No space left on device"),
               std::string::npos)
@@ -156,7 +154,6 @@ TEST(Hostile, OutputDirectoryReadOnlyOrFull) {
     EXPECT_FALSE(procutil::fileExists(m.dir + "/h.h"));
     EXPECT_FALSE(procutil::fileExists(m.dir + "/h.hpp"));
   }
-  EXPECT_EQ(system(("rm -rf " + dir).c_str()), 0);
 }
 
 }  // namespace
