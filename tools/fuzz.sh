@@ -17,13 +17,15 @@ for t in fuzz_compile fuzz_load_dictionary; do
   findings=$build/fuzz-findings/$t
   mkdir -p "$corpus" "$findings"
   # Seeds: every schema, behind three option sets (first two bytes).
-  n=0
-  for f in $(find "$src/tests" -name '*.sch' | sort); do
-    n=$((n + 1))
-    for opts in '\000\000' '\037\000' '\340\176'; do
-      { printf "$opts"; cat "$f"; } >"$corpus/seed-$n-$(printf "$opts" | od -An -tx1 | tr -d ' \n')"
+  find "$src/tests" -name '*.sch' | sort | {
+    n=0
+    while IFS= read -r f; do
+      n=$((n + 1))
+      for opts in '\000\000' '\037\000' '\340\176'; do
+        { printf "$opts"; cat "$f"; } >"$corpus/seed-$n-$(printf "$opts" | od -An -tx1 | tr -d ' \n')"
+      done
     done
-  done
+  }
   for f in "$src"/tests/regress/*; do [ -f "$f" ] && cp "$f" "$corpus/"; done
   log=$build/fuzz-$t.log
   start=$(date +%s)
