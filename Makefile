@@ -3,7 +3,7 @@ BUILD ?= build
 SAN_BUILD ?= build-sanitize
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all setup build example test test-sanitize bench clean
+.PHONY: all setup build example test test-sanitize bench bench-tools bench-peers clean
 
 all: build
 
@@ -27,9 +27,24 @@ test-sanitize: setup
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=0:abort_on_error=0 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
 
-bench: build
-	./$(BUILD)/zkt_bench
-	./$(BUILD)/zkt_bench_schema
+# The benchmark runs the installed compiler and a small driver of the installed library.
+BENCH_PREFIX = $(abspath $(BUILD))/bench-prefix
+BENCH_ARGS = $(BENCH_PREFIX)/bin/zktcomp $(BENCH_PREFIX)/bin/zkt_bench_load
+
+bench-tools: build
+	cmake --install $(BUILD) --prefix $(BENCH_PREFIX) >/dev/null
+	cc -std=c99 -O2 -Wall -I$(BENCH_PREFIX)/include bench/bench_load.c -o $(BENCH_PREFIX)/bin/zkt_bench_load \
+	  -L$(BENCH_PREFIX)/lib -lzktcomp -Wl,-rpath,$(BENCH_PREFIX)/lib
+
+bench: bench-tools
+	./$(BUILD)/zkt_bench_schema $(BENCH_ARGS)
+
+# The same types in three peer schema languages, run alternating with ours; installs the peers as root.
+bench-peers: bench-tools
+	@command -v flatc >/dev/null && command -v protoc >/dev/null && command -v capnp >/dev/null || \
+	  { apt-get update && DEBIAN_FRONTEND=noninteractive apt-get install -y flatbuffers-compiler \
+	    protobuf-compiler capnproto; }
+	./$(BUILD)/zkt_bench_schema $(BENCH_ARGS) --peers
 
 clean:
 	rm -rf $(BUILD) $(SAN_BUILD) out

@@ -25,9 +25,13 @@ public:
   mstring(const mstring& other);
   mstring(const char* s);  // s must not be null; p is set even for ""
   mstring(const char* s, size_t n);
+  // Moving takes the buffer; the source is left empty. An empty source gives
+  // a null p, as a copy would.
+  mstring(mstring&& other) noexcept;
   ~mstring();
 
   mstring& operator=(const mstring& other);
+  mstring& operator=(mstring&& other) noexcept;
   void set(const char* s, size_t len);  // len 0 frees the buffer
   void add(const char* s, size_t len);
   mstring& operator+=(const mstring& other);
@@ -42,6 +46,9 @@ public:
   // characters between the quotes, an escape pair as one.
   unsigned int bytes() const;
   bool startsWith(const char* s) const;  // reads p directly: only for strings holding text
+
+private:
+  void take(mstring& other);  // this holds no buffer
 };
 
 mstring operator+(const mstring& a, const mstring& b);
@@ -49,6 +56,9 @@ mstring operator+(const mstring& a, const char* b);
 mstring operator+(const char* a, const mstring& b);
 bool operator==(const mstring& a, const mstring& b);
 bool operator!=(const mstring& a, const mstring& b);
+// Against a literal without making a string of it; b must not be null.
+bool operator==(const mstring& a, const char* b);
+bool operator!=(const mstring& a, const char* b);
 bool operator<(const mstring& a, const mstring& b);
 bool operator>(const mstring& a, const mstring& b);
 
@@ -200,6 +210,8 @@ private:
 mstring trim(const mstring& s0);
 mvector<mstring> splitName(const mstring& name, char sep);
 
+// Writes n in decimal and a NUL into buf (at least 21 bytes); returns the length.
+size_t decimal(long long n, char* buf);
 mstring n2s(unsigned int n);  // "U" suffix above the largest int
 mstring n2s(void* p);
 mstring n2s(int n);
@@ -216,9 +228,9 @@ mstring Q(const FSize& f);
 mstring adjust(const mstring& s, int lenWanted);  // pads on the right, never cuts
 pairstrings split2(const mstring& s);
 int imax(int a, int b);
-bool nameBeg(char c);
+inline bool nameBeg(char c) { return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool nameBeg(char c, char prev);  // never right behind a "0": keeps hex letters out of names
-bool nameCont(char c);
+inline bool nameCont(char c) { return nameBeg(c) || (c >= '0' && c <= '9'); }
 
 mstring makefnm(const mstring& dir_, const mstring& fnm);
 mstring currdir();
@@ -259,6 +271,7 @@ mstring A(const mstring& name, const FSize& value);
 // substituted value is never scanned again, and every brace that does not
 // enclose an identifier is literal text ("{{ctype}" is "{" then {ctype}).
 // A placeholder that was never set is an internal error.
+// Names are kept by pointer: pass literals (or text that outlives the Frag).
 class Frag {
 public:
   Frag& set(const char* name, const mstring& value);
@@ -266,7 +279,13 @@ public:
   mstring fill(const char* text) const;
 
 private:
-  mvector<mstring> v_names, v_values;  // a handful of names: a linear search is fine
+  struct Slot {
+    const char* name = nullptr;
+    size_t len = 0;
+    mstring value;
+  };
+  mvector<Slot> v_slots;  // a handful of names: a linear search is fine
+  mstring& slot(const char* name);  // the value of name, added empty when new
 };
 
 #endif
