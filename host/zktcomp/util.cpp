@@ -628,15 +628,28 @@ mstring A(const mstring& name, const FSize& value) { return name + "=" + UT::Q(v
 
 // A name is compared by length first: most placeholders differ there, and
 // fill runs once per fragment of every generated function.
+const Frag::Slot* Frag::find(const char* name, size_t len) const {
+  if (len == 0) return nullptr;  // placeholders are never empty
+  const unsigned b = m_bucket[bucket(name, len)];
+  if (b != 0) {
+    const Slot& sl = v_slots[b - 1];
+    if (sl.len == len && memcmp(sl.name, name, len) == 0) return &sl;
+  }
+  for (unsigned int i = 0; i < v_slots.size(); i++) {
+    const Slot& sl = v_slots[i];
+    if (sl.len == len && sl.name[0] == name[0] && memcmp(sl.name, name, len) == 0) return &sl;
+  }
+  return nullptr;
+}
+
 mstring& Frag::slot(const char* name) {
   const size_t len = strlen(name);
-  for (unsigned int i = 0; i < v_slots.size(); i++) {
-    Slot& sl = v_slots[i];
-    if (sl.len == len && sl.name[0] == name[0] && memcmp(sl.name, name, len) == 0) return sl.value;
-  }
+  if (const Slot* sl = find(name, len)) return const_cast<Slot*>(sl)->value;
   v_slots.push_back(Slot());
   v_slots.back().name = name;
   v_slots.back().len = len;
+  unsigned char& b = m_bucket[len != 0 ? bucket(name, len) : 0];
+  if (b == 0 && v_slots.size() < 256) b = (unsigned char)v_slots.size();
   return v_slots.back().value;
 }
 
@@ -662,14 +675,11 @@ mstring Frag::fill(const char* text) const {
     while (UT::nameCont(*e)) e++;
     if (*e != '}') continue;
     const size_t len = (size_t)(e - s - 1);
-    unsigned int i = 0;
-    while (i < v_slots.size() && !(v_slots[i].len == len && v_slots[i].name[0] == s[1] &&
-                                   memcmp(v_slots[i].name, s + 1, len) == 0))
-      i++;
-    if (i == v_slots.size())
+    const Slot* sl = find(s + 1, len);
+    if (sl == nullptr)
       IErrReporter::panic("undefined placeholder {" + mstring(s + 1, len) + "} in generated text", false);
     res.add(from, (size_t)(s - from));
-    res += v_slots[i].value;
+    res += sl->value;
     s = e;
     from = e + 1;
   }

@@ -284,7 +284,14 @@ private:
     size_t len = 0;
     mstring value;
   };
-  mvector<Slot> v_slots;  // a handful of names: a linear search is fine
+  mvector<Slot> v_slots;
+  // 1 + the index of the first slot whose name hashes to each bucket; 0 for
+  // none. A name not in its bucket's slot is searched linearly.
+  unsigned char m_bucket[64] = {};
+  static unsigned bucket(const char* name, size_t len) {
+    return (unsigned)(len * 7 + (unsigned char)name[0] * 3 + (unsigned char)name[len - 1]) & 63;
+  }
+  const Slot* find(const char* name, size_t len) const;
   mstring& slot(const char* name);  // the value of name, added empty when new
 };
 
