@@ -184,8 +184,8 @@ struct Figures {
 };
 
 void printHeader() {
-  printf("%-26s %6s %8s %8s %8s %10s %8s %8s %6s\n", "case", "N", "wall s", "CPU s", "peak MB", "out bytes",
-         "MB/s", "us/cls", "growth");
+  printf("%-26s %6s %8s %8s %8s %10s %8s %8s %6s %6s\n", "case", "N", "wall s", "CPU s", "peak MB", "out bytes",
+         "MB/s", "us/cls", "k wall", "k CPU");
 }
 
 void printRow(const Case& c, int n, const Figures& f, const Figures* small) {
@@ -195,10 +195,11 @@ void printRow(const Case& c, int n, const Figures& f, const Figures* small) {
   else
     printf("%10s %8s ", "-", "-");
   printf("%8.1f ", f.wall / n * 1e6);
+  const double decade = log((double)kSizes[1] / kSizes[0]);
   if (small != nullptr)
-    printf("%6.2f\n", log(f.wall / small->wall) / log((double)kSizes[1] / kSizes[0]));
+    printf("%6.2f %6.2f\n", log(f.wall / small->wall) / decade, log(f.cpu / small->cpu) / decade);
   else
-    printf("%6s\n", "");
+    printf("%6s %6s\n", "", "");
 }
 
 int writeOnly(int classes, const std::string& dir) {
@@ -276,8 +277,8 @@ int main(int argc, char** argv) {
   if (system(rm.c_str()) != 0) fprintf(stderr, "could not remove %s\n", root.c_str());
   if (!ok) return 1;
 
-  printf("Median of %d runs after a warm-up; cases alternate round by round. growth: exponent k of t ~ N^k from "
-         "%d to %d classes.\n",
+  printf("Median of %d runs after a warm-up; cases alternate round by round. k: growth exponent of wall and CPU "
+         "time (t ~ N^k) from %d to %d classes.\n",
          kRuns, kSizes[0], kSizes[1]);
   printHeader();
   for (size_t i = 0; i < cases.size(); i++)

@@ -116,7 +116,6 @@ mstring& mstring::operator+=(char c) {
   return *this;
 }
 
-const char* mstring::c_str() const { return p ? p : ""; }
 
 unsigned int mstring::bytes() const {
   if (p == nullptr || p[0] != '"') return size();
@@ -150,8 +149,6 @@ mstring operator+(const char* a, const mstring& b) {
 
 bool operator==(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) == 0; }
 bool operator!=(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) != 0; }
-bool operator==(const mstring& a, const char* b) { return strcmp(a.c_str(), b) == 0; }
-bool operator!=(const mstring& a, const char* b) { return strcmp(a.c_str(), b) != 0; }
 bool operator<(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) < 0; }
 bool operator>(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) > 0; }
 

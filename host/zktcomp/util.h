@@ -4,6 +4,7 @@
 
 #include <stddef.h>
 #include <stdio.h>
+#include <string.h>
 
 #include <string>
 #include <unordered_set>
@@ -39,7 +40,7 @@ public:
 
   char& operator[](int i) { return p[i]; }  // no checks, not even for a null p
   const char& operator[](int i) const { return p[i]; }
-  const char* c_str() const;  // never null
+  const char* c_str() const { return p ? p : ""; }  // never null
   unsigned int size() const { return (unsigned int)length; }
   bool empty() const { return length == 0; }
   // Length of the value in a generated C string: a quoted literal counts its
@@ -56,9 +57,13 @@ mstring operator+(const mstring& a, const char* b);
 mstring operator+(const char* a, const mstring& b);
 bool operator==(const mstring& a, const mstring& b);
 bool operator!=(const mstring& a, const mstring& b);
-// Against a literal without making a string of it; b must not be null.
-bool operator==(const mstring& a, const char* b);
-bool operator!=(const mstring& a, const char* b);
+// Against a literal without making a string of it; b must not be null. The
+// first bytes are compared inline: keyword tests mostly differ there.
+inline bool operator==(const mstring& a, const char* b) {
+  const char* s = a.c_str();
+  return s[0] == b[0] && (s[0] == 0 || strcmp(s + 1, b + 1) == 0);
+}
+inline bool operator!=(const mstring& a, const char* b) { return !(a == b); }
 bool operator<(const mstring& a, const mstring& b);
 bool operator>(const mstring& a, const mstring& b);
 
