@@ -69,47 +69,41 @@ bool writeFile(const std::string& path, const std::string& text) {
   return fclose(f) == 0 && ok;
 }
 
-std::string ourSchema(const std::vector<std::vector<int>>& kinds) {
-  std::string s = "declare database bench;\n";
+// A schema text: head, then per class open + "C<i> {", the text of every field and close.
+template <class FieldText>
+std::string schemaText(const std::vector<std::vector<int>>& kinds, const char* head, const char* open,
+                       const char* close, FieldText field) {
+  std::string s = head;
   for (size_t c = 0; c < kinds.size(); c++) {
-    s += "class C" + std::to_string(c) + " {";
-    for (int i = 0; i < kFields; i++) s += std::string(" ") + kKinds[kinds[c][i]].ours + " f" + std::to_string(i) + ";";
-    s += " tree<f0> idx_f0; };\n";
+    s += open + std::to_string(c) + " {";
+    for (int i = 0; i < kFields; i++) s += field(kKinds[kinds[c][i]], std::to_string(i), i);
+    s += close;
   }
   return s;
+}
+
+std::string ourSchema(const std::vector<std::vector<int>>& kinds) {
+  return schemaText(kinds, "declare database bench;\n", "class C", " tree<f0> idx_f0; };\n",
+                    [](const Kind& k, const std::string& n, int) { return std::string(" ") + k.ours + " f" + n + ";"; });
 }
 
 std::string flatSchema(const std::vector<std::vector<int>>& kinds) {
-  std::string s = "namespace bench;\nstruct Char16 { b:[ubyte:16]; }\n";
-  for (size_t c = 0; c < kinds.size(); c++) {
-    s += "table C" + std::to_string(c) + " {";
-    for (int i = 0; i < kFields; i++)
-      s += " f" + std::to_string(i) + ":" + kKinds[kinds[c][i]].flat + (i == 0 ? " (key);" : ";");
-    s += " }\n";
-  }
-  return s;
+  return schemaText(kinds, "namespace bench;\nstruct Char16 { b:[ubyte:16]; }\n", "table C", " }\n",
+                    [](const Kind& k, const std::string& n, int i) {
+                      return " f" + n + ":" + k.flat + (i == 0 ? " (key);" : ";");
+                    });
 }
 
 std::string protoSchema(const std::vector<std::vector<int>>& kinds) {
-  std::string s = "syntax = \"proto3\";\npackage bench;\n";
-  for (size_t c = 0; c < kinds.size(); c++) {
-    s += "message C" + std::to_string(c) + " {";
-    for (int i = 0; i < kFields; i++)
-      s += std::string(" ") + kKinds[kinds[c][i]].proto + " f" + std::to_string(i) + " = " + std::to_string(i + 1) + ";";
-    s += " }\n";
-  }
-  return s;
+  return schemaText(kinds, "syntax = \"proto3\";\npackage bench;\n", "message C", " }\n",
+                    [](const Kind& k, const std::string& n, int i) {
+                      return std::string(" ") + k.proto + " f" + n + " = " + std::to_string(i + 1) + ";";
+                    });
 }
 
 std::string capnpSchema(const std::vector<std::vector<int>>& kinds) {
-  std::string s = "@0xd6c3a2b1e0f49587;\n";
-  for (size_t c = 0; c < kinds.size(); c++) {
-    s += "struct C" + std::to_string(c) + " {";
-    for (int i = 0; i < kFields; i++)
-      s += " f" + std::to_string(i) + " @" + std::to_string(i) + " :" + kKinds[kinds[c][i]].capnp + ";";
-    s += " }\n";
-  }
-  return s;
+  return schemaText(kinds, "@0xd6c3a2b1e0f49587;\n", "struct C", " }\n",
+                    [](const Kind& k, const std::string& n, int) { return " f" + n + " @" + n + " :" + k.capnp + ";"; });
 }
 
 // One measured case: a command line run in its own output directory.
