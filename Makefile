@@ -5,7 +5,7 @@ FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 300
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all setup build example test test-sanitize fuzz bench clean
+.PHONY: all setup build example test test-sanitize fuzz bench bench-tools bench-peers clean
 
 all: build
 
@@ -37,9 +37,24 @@ fuzz:
 	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target fuzz_compile fuzz_load_dictionary
 	sh tools/fuzz.sh $(FUZZ_BUILD) $(FUZZ_SECONDS)
 
-bench: build
-	./$(BUILD)/zkt_bench
-	./$(BUILD)/zkt_bench_schema
+# The benchmark runs the installed compiler and a small driver of the installed library.
+BENCH_PREFIX = $(abspath $(BUILD))/bench-prefix
+BENCH_ARGS = $(BENCH_PREFIX)/bin/zktcomp $(BENCH_PREFIX)/bin/zkt_bench_load
+
+bench-tools: build
+	cmake --install $(BUILD) --prefix $(BENCH_PREFIX) >/dev/null
+	cc -std=c99 -O2 -Wall -I$(BENCH_PREFIX)/include bench/bench_load.c -o $(BENCH_PREFIX)/bin/zkt_bench_load \
+	  -L$(BENCH_PREFIX)/lib -lzktcomp -Wl,-rpath,$(BENCH_PREFIX)/lib
+
+bench: bench-tools
+	./$(BUILD)/zkt_bench_schema $(BENCH_ARGS)
+
+# The same types in three peer schema languages, run alternating with ours; installs the peers as root.
+bench-peers: bench-tools
+	@command -v flatc >/dev/null && command -v protoc >/dev/null && command -v capnp >/dev/null || \
+	  { apt-get update && DEBIAN_FRONTEND=noninteractive apt-get install -y flatbuffers-compiler \
+	    protobuf-compiler capnproto; }
+	./$(BUILD)/zkt_bench_schema $(BENCH_ARGS) --peers
 
 clean:
 	rm -rf $(BUILD) $(SAN_BUILD) $(FUZZ_BUILD) out

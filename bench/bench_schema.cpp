@@ -1,6 +1,14 @@
-// Schema benchmark: writes schemas of 1,000 and 10,000 classes, compiles each with the compiler binary, checks linear growth.
+// Schema benchmark: writes a seeded schema of N classes (and, with --peers, the same types in three peer
+// schema languages), runs every case as a child process, alternating the cases round by round, and prints
+// the median figures of each case with its growth from 1,000 to 10,000 classes.
+//
+//   zkt_bench_schema <compiler> <loader> [--peers]       run the benchmark
+//   zkt_bench_schema --write <N> <dir>                    only write bench.sch for N classes into dir
+#include <dirent.h>
+#include <math.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -13,44 +21,130 @@
 
 namespace {
 
-const int kRuns = 3;           // the median of three
-const double kMaxGrowth = 12;  // t(10,000) may be at most this times t(1,000)
+const int kRuns = 5;  // the median of five, after one warm-up run
+const int kSizes[] = {1000, 10000};
 
-// One class of the benchmark schema.
-const char kClass[] =
-    "class C%d { unsigned<4> f0; signed<8> f1; double f2; float f3; signed<4> f4; unsigned<2> f5; date f6; "
-    "time f7; unsigned<8> f8; signed<2> f9; tree<f0> idx_f0; };\n";
+// The five field kinds of a class and their nearest type in each language.
+struct Kind {
+  const char* ours;
+  const char* flat;   // FlatBuffers
+  const char* proto;  // Protocol Buffers 3
+  const char* capnp;  // Cap'n Proto
+};
+const Kind kKinds[] = {
+    {"unsigned<4>", "uint", "uint32", "UInt32"},
+    {"char<16>", "Char16", "bytes", "Data"},
+    {"signed<8>", "long", "int64", "Int64"},
+    {"double", "double", "double", "Float64"},
+    {"string", "string", "string", "Text"},
+};
+const int kFields = 10;
 
-bool writeSchema(const std::string& path, int classes) {
-  FILE* f = fopen(path.c_str(), "w");
-  if (f == nullptr) return false;
-  fputs("declare database bench;\n", f);
-  for (int i = 0; i < classes; i++) fprintf(f, kClass, i);
-  return fclose(f) == 0;
+// A small LCG, so the schema is the same on every machine and library.
+struct Rng {
+  unsigned long long s;
+  unsigned next(unsigned n) {
+    s = s * 6364136223846793005ULL + 1442695040888963407ULL;
+    return (unsigned)(s >> 33) % n;
+  }
+};
+
+// Field kinds of every class: f0 unsigned<4>, f1..f4 the other four kinds in a seeded order, f5..f9 drawn
+// from all five.
+std::vector<std::vector<int>> fieldKinds(int classes) {
+  Rng rng{20261123};
+  std::vector<std::vector<int>> all(classes);
+  for (std::vector<int>& k : all) {
+    k = {0, 1, 2, 3, 4};
+    for (int i = 4; i > 1; i--) std::swap(k[i], k[1 + rng.next(i)]);
+    for (int i = 5; i < kFields; i++) k.push_back((int)rng.next(5));
+  }
+  return all;
 }
 
-// Bytes of the files in dir.
-double outputBytes(const std::string& dir) {
-  double total = 0;
-  for (const char* name : {"bench.h", "bench.c", "bench.hpp"}) {
-    struct stat st;
-    if (stat((dir + "/" + name).c_str(), &st) == 0) total += (double)st.st_size;
+bool writeFile(const std::string& path, const std::string& text) {
+  FILE* f = fopen(path.c_str(), "w");
+  if (f == nullptr) return false;
+  const bool ok = fwrite(text.data(), 1, text.size(), f) == text.size();
+  return fclose(f) == 0 && ok;
+}
+
+// A schema text: head, then per class open + "C<i> {", the text of every field and close.
+template <class FieldText>
+std::string schemaText(const std::vector<std::vector<int>>& kinds, const char* head, const char* open,
+                       const char* close, FieldText field) {
+  std::string s = head;
+  for (size_t c = 0; c < kinds.size(); c++) {
+    s += open + std::to_string(c) + " {";
+    for (int i = 0; i < kFields; i++) s += field(kKinds[kinds[c][i]], std::to_string(i), i);
+    s += close;
   }
+  return s;
+}
+
+std::string ourSchema(const std::vector<std::vector<int>>& kinds) {
+  return schemaText(kinds, "declare database bench;\n", "class C", " tree<f0> idx_f0; };\n",
+                    [](const Kind& k, const std::string& n, int) { return std::string(" ") + k.ours + " f" + n + ";"; });
+}
+
+std::string flatSchema(const std::vector<std::vector<int>>& kinds) {
+  return schemaText(kinds, "namespace bench;\nstruct Char16 { b:[ubyte:16]; }\n", "table C", " }\n",
+                    [](const Kind& k, const std::string& n, int i) {
+                      return " f" + n + ":" + k.flat + (i == 0 ? " (key);" : ";");
+                    });
+}
+
+std::string protoSchema(const std::vector<std::vector<int>>& kinds) {
+  return schemaText(kinds, "syntax = \"proto3\";\npackage bench;\n", "message C", " }\n",
+                    [](const Kind& k, const std::string& n, int i) {
+                      return std::string(" ") + k.proto + " f" + n + " = " + std::to_string(i + 1) + ";";
+                    });
+}
+
+std::string capnpSchema(const std::vector<std::vector<int>>& kinds) {
+  return schemaText(kinds, "@0xd6c3a2b1e0f49587;\n", "struct C", " }\n",
+                    [](const Kind& k, const std::string& n, int) { return " f" + n + " @" + n + " :" + k.capnp + ";"; });
+}
+
+// One measured case: a command line run in its own output directory.
+enum Role { kOurFile, kOurMemory, kPeerCode, kPeerBinary };
+struct Case {
+  std::string name;
+  Role role;
+  std::vector<std::string> args;  // {dir} and {in} stand for the output directory and the schema directory
+  const char* schema;             // file name of the input in the schema directory
+};
+
+struct Sample {
+  double wall = 0, cpu = 0;
+  long peakKb = 0;
+  double bytes = 0;
+};
+
+double dirBytes(const std::string& dir) {
+  double total = 0;
+  DIR* d = opendir(dir.c_str());
+  if (d == nullptr) return 0;
+  while (const dirent* e = readdir(d)) {
+    struct stat st;
+    if (e->d_name[0] != '.' && stat((dir + "/" + e->d_name).c_str(), &st) == 0 && S_ISREG(st.st_mode))
+      total += (double)st.st_size;
+  }
+  closedir(d);
   return total;
 }
 
-struct Run {
-  double seconds = 0;
-  long peakKb = 0;
-  bool ok = false;
-};
+std::string replaced(std::string s, const std::string& dir, const std::string& in) {
+  for (const auto& p : {std::make_pair(std::string("{dir}"), dir), std::make_pair(std::string("{in}"), in)})
+    for (size_t at; (at = s.find(p.first)) != std::string::npos;) s.replace(at, p.first.size(), p.second);
+  return s;
+}
 
-// Runs the compiler on schema once; the peak resident size is the child's own.
-Run compileOnce(const std::string& schema, const std::string& out, bool hpp) {
-  Run r;
-  std::vector<std::string> args = {ZKT_COMPILER_PATH, "-o", out};
-  if (hpp) args.push_back("-hpp");
-  args.push_back(schema);
+bool run(const Case& c, const std::string& in, const std::string& out, Sample* s) {
+  const std::string clean = "rm -rf '" + out + "' && mkdir -p '" + out + "'";
+  if (system(clean.c_str()) != 0) return false;
+  std::vector<std::string> args;
+  for (const std::string& a : c.args) args.push_back(replaced(a, out, in));
   std::vector<char*> argv;
   for (std::string& a : args) argv.push_back(&a[0]);
   argv.push_back(nullptr);
@@ -58,71 +152,148 @@ Run compileOnce(const std::string& schema, const std::string& out, bool hpp) {
   const auto t0 = std::chrono::steady_clock::now();
   const pid_t pid = fork();
   if (pid == 0) {
-    if (freopen("/dev/null", "w", stdout) == nullptr) _exit(127);
-    execv(argv[0], argv.data());
+    if (chdir(in.c_str()) != 0 || setenv("PWD", in.c_str(), 1) != 0 || freopen("/dev/null", "w", stdout) == nullptr)
+      _exit(127);
+    execvp(argv[0], argv.data());
     _exit(127);
   }
   int status = 0;
   struct rusage ru;
-  if (pid < 0 || wait4(pid, &status, 0, &ru) != pid) return r;
-  r.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
-  r.peakKb = ru.ru_maxrss;
-  r.ok = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-  return r;
+  if (pid < 0 || wait4(pid, &status, 0, &ru) != pid) return false;
+  s->wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+  s->cpu = (double)ru.ru_utime.tv_sec + (double)ru.ru_stime.tv_sec +
+           ((double)ru.ru_utime.tv_usec + (double)ru.ru_stime.tv_usec) / 1e6;
+  s->peakKb = ru.ru_maxrss;
+  s->bytes = dirBytes(out);
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+double median(std::vector<double> v) {
+  std::sort(v.begin(), v.end());
+  return v[v.size() / 2];
 }
 
 struct Figures {
-  double seconds = 0;
-  double mbPerSecond = 0;
-  long peakKb = 0;
-  bool ok = false;
+  double wall = 0, cpu = 0, peakMb = 0, bytes = 0;
 };
 
-// Each option set writes into a directory of its own, so no file of another
-// run counts in the output size.
-Figures measure(const std::string& root, int classes, bool hpp) {
-  Figures fig;
-  const std::string dir = root + "/" + std::to_string(classes) + (hpp ? "hpp" : "plain");
-  const std::string schema = dir + "/bench.sch";
-  if (mkdir(dir.c_str(), 0755) != 0 || !writeSchema(schema, classes)) return fig;
-  std::vector<double> times;
-  for (int i = 0; i < kRuns; i++) {
-    Run r = compileOnce(schema, dir, hpp);
-    if (!r.ok) return fig;
-    times.push_back(r.seconds);
-    fig.peakKb = std::max(fig.peakKb, r.peakKb);
-  }
-  std::sort(times.begin(), times.end());
-  fig.seconds = times[kRuns / 2];
-  fig.mbPerSecond = outputBytes(dir) / 1e6 / fig.seconds;
-  fig.ok = true;
-  return fig;
+void printHeader() {
+  printf("%-26s %6s %8s %8s %8s %10s %8s %8s %6s %6s\n", "case", "N", "wall s", "CPU s", "peak MB", "out bytes",
+         "MB/s", "us/cls", "k wall", "k CPU");
+}
+
+void printRow(const Case& c, int n, const Figures& f, const Figures* small) {
+  printf("%-26s %6d %8.3f %8.3f %8.1f ", c.name.c_str(), n, f.wall, f.cpu, f.peakMb);
+  if (f.bytes > 0)
+    printf("%10.0f %8.1f ", f.bytes, f.bytes / 1e6 / f.wall);
+  else
+    printf("%10s %8s ", "-", "-");
+  printf("%8.1f ", f.wall / n * 1e6);
+  const double decade = log((double)kSizes[1] / kSizes[0]);
+  if (small != nullptr)
+    printf("%6.2f %6.2f\n", log(f.wall / small->wall) / decade, log(f.cpu / small->cpu) / decade);
+  else
+    printf("%6s %6s\n", "", "");
+}
+
+int writeOnly(int classes, const std::string& dir) {
+  return writeFile(dir + "/bench.sch", ourSchema(fieldKinds(classes))) ? 0 : 1;
 }
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+  if (argc == 4 && strcmp(argv[1], "--write") == 0) return writeOnly(atoi(argv[2]), argv[3]);
+  if (argc < 3 || (argc == 4 && strcmp(argv[3], "--peers") != 0) || argc > 4) {
+    fprintf(stderr, "usage: zkt_bench_schema <compiler> <loader> [--peers]\n"
+                    "       zkt_bench_schema --write <classes> <dir>\n");
+    return 2;
+  }
+  const bool peers = argc == 4;
+  const std::string compiler = argv[1], loader = argv[2];
+  std::vector<Case> cases = {
+      {"zktcomp", kOurFile, {compiler, "-o", "{dir}", "bench.sch"}, "bench.sch"},
+      {"zktcomp -hpp", kOurFile, {compiler, "-hpp", "-o", "{dir}", "bench.sch"}, "bench.sch"},
+      {"in-memory load", kOurMemory, {loader, "bench.sch"}, "bench.sch"},
+  };
+  if (peers) {
+    const std::vector<Case> more = {
+        {"flatc --cpp", kPeerCode, {"flatc", "--cpp", "-o", "{dir}", "bench.fbs"}, "bench.fbs"},
+        {"flatc -b --schema", kPeerBinary, {"flatc", "-b", "--schema", "-o", "{dir}", "bench.fbs"}, "bench.fbs"},
+        {"protoc --cpp_out", kPeerCode, {"protoc", "--cpp_out={dir}", "bench.proto"}, "bench.proto"},
+        {"protoc -o", kPeerBinary, {"protoc", "-o{dir}/bench.pb", "bench.proto"}, "bench.proto"},
+        {"capnp compile -oc++", kPeerCode, {"capnp", "compile", "-oc++:{dir}", "bench.capnp"}, "bench.capnp"},
+    };
+    cases.insert(cases.end(), more.begin(), more.end());
+  }
+
   char tmpl[] = "/tmp/zkt_bench_XXXXXX";
   if (mkdtemp(tmpl) == nullptr) return 2;
-  const std::string dir = tmpl;
-  bool linear = true;
-  printf("%-8s %8s %12s %10s %12s\n", "options", "classes", "median (s)", "MB/s", "peak RSS kB");
-  for (bool hpp : {false, true}) {
-    const char* opts = hpp ? "-hpp" : "(none)";
-    Figures small = measure(dir, 1000, hpp);
-    Figures large = measure(dir, 10000, hpp);
-    if (!small.ok || !large.ok) {
-      printf("%-8s compile failed\n", opts);
-      return 1;
+  const std::string root = tmpl;
+  // figures[size][case]
+  std::vector<std::vector<Figures>> figures;
+  bool ok = true;
+  for (int n : kSizes) {
+    const std::string in = root + "/in" + std::to_string(n);
+    mkdir(in.c_str(), 0755);
+    const auto kinds = fieldKinds(n);
+    ok = ok && writeFile(in + "/bench.sch", ourSchema(kinds));
+    if (peers)
+      ok = ok && writeFile(in + "/bench.fbs", flatSchema(kinds)) && writeFile(in + "/bench.proto", protoSchema(kinds)) &&
+           writeFile(in + "/bench.capnp", capnpSchema(kinds));
+    std::vector<std::vector<Sample>> samples(cases.size());
+    // Round by round, every case once: a change of machine load hits all cases alike.
+    for (int round = 0; ok && round <= kRuns; round++) {
+      for (size_t i = 0; ok && i < cases.size(); i++) {
+        Sample s;
+        if (!run(cases[i], in, root + "/out", &s)) {
+          fprintf(stderr, "%s failed on %d classes\n", cases[i].name.c_str(), n);
+          ok = false;
+        }
+        if (round > 0) samples[i].push_back(s);  // round 0 warms up
+      }
     }
-    for (const auto& row : {std::make_pair(1000, small), std::make_pair(10000, large)})
-      printf("%-8s %8d %12.3f %10.1f %12ld\n", opts, row.first, row.second.seconds, row.second.mbPerSecond,
-             row.second.peakKb);
-    const double growth = large.seconds / small.seconds;
-    printf("%-8s growth t(10,000)/t(1,000) = %.1f (at most %.0f)\n", opts, growth, kMaxGrowth);
-    if (growth > kMaxGrowth) linear = false;
+    if (!ok) break;
+    std::vector<Figures> row;
+    for (const std::vector<Sample>& v : samples) {
+      std::vector<double> wall, cpu, peak, bytes;
+      for (const Sample& s : v) {
+        wall.push_back(s.wall);
+        cpu.push_back(s.cpu);
+        peak.push_back((double)s.peakKb / 1024);
+        bytes.push_back(s.bytes);
+      }
+      row.push_back({median(wall), median(cpu), median(peak), median(bytes)});
+    }
+    figures.push_back(row);
   }
-  const std::string rm = "rm -rf " + dir;
-  if (system(rm.c_str()) != 0) printf("could not remove %s\n", dir.c_str());
-  return linear ? 0 : 1;
+  const std::string rm = "rm -rf " + root;
+  if (system(rm.c_str()) != 0) fprintf(stderr, "could not remove %s\n", root.c_str());
+  if (!ok) return 1;
+
+  printf("Median of %d runs after a warm-up; cases alternate round by round. k: growth exponent of wall and CPU "
+         "time (t ~ N^k) from %d to %d classes.\n",
+         kRuns, kSizes[0], kSizes[1]);
+  printHeader();
+  for (size_t i = 0; i < cases.size(); i++)
+    for (size_t z = 0; z < figures.size(); z++)
+      printRow(cases[i], kSizes[z], figures[z][i], z > 0 ? &figures[0][i] : nullptr);
+  if (!peers) return 0;
+
+  // Ratios at the larger size: our file compiler against the code generators, our in-memory entry against
+  // the binary-schema modes.
+  const std::vector<Figures>& big = figures.back();
+  printf("\nRatios at N = %d (ours / peer; below 1 means ours is faster or smaller)\n", kSizes[1]);
+  printf("%-16s %-22s %8s %8s %8s\n", "ours", "peer", "wall", "CPU", "peak");
+  for (size_t p = 0; p < cases.size(); p++) {
+    if (cases[p].role != kPeerCode && cases[p].role != kPeerBinary) continue;
+    for (size_t o = 0; o < cases.size(); o++) {
+      const bool pair = (cases[p].role == kPeerCode && cases[o].name == "zktcomp") ||
+                        (cases[p].role == kPeerBinary && cases[o].role == kOurMemory);
+      if (!pair) continue;
+      printf("%-16s %-22s %8.2f %8.2f %8.2f\n", cases[o].name.c_str(), cases[p].name.c_str(),
+             big[o].wall / big[p].wall, big[o].cpu / big[p].cpu, big[o].peakMb / big[p].peakMb);
+    }
+  }
+  return 0;
 }

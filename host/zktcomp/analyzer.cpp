@@ -165,12 +165,14 @@ static const char* const kSqlReservedWords[] = {  // 115 words of the SQL layer
 // clang-format on
 
 // Exact and case-sensitive; the SQL words only with sql.
+// The first letters are compared before the rest: most words differ there.
 bool Analyzer::isReservedWord(const mstring& word, bool sql) {
+  const char* s = word.c_str();
   for (const char* w : kReservedWords)
-    if (strcmp(word.c_str(), w) == 0) return true;
+    if (w[0] == s[0] && strcmp(s, w) == 0) return true;
   if (!sql) return false;
   for (const char* w : kSqlReservedWords)
-    if (strcmp(word.c_str(), w) == 0) return true;
+    if (w[0] == s[0] && strcmp(s, w) == 0) return true;
   return false;
 }
 

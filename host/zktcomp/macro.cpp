@@ -245,13 +245,17 @@ void PreProcessor::doInclude(const mstring& tail) {
 // there makes a hexadecimal number copied whole, always with a small "x".
 void PreProcessor::rewriteText(const char* line, mstring& out) {
   m_expansions = 0;
+  const bool noMacros = s_macros.get()->size() == 0;
   const char* p = line;
   char prev = 0;  // last character copied, NUL behind a name
   while (*p) {
     if (UT::nameBeg(*p, prev)) {
       const char* end = nameEnd(p);
       out += ' ';
-      out += expand(mstring(p, (size_t)(end - p)), 0);
+      if (noMacros)
+        out.add(p, (size_t)(end - p));
+      else
+        out += expand(mstring(p, (size_t)(end - p)), 0);
       out += ' ';
       p = end;
       prev = 0;

@@ -2,6 +2,8 @@
 #ifndef ZKTCOMP_MVECTOR_H
 #define ZKTCOMP_MVECTOR_H
 
+#include <utility>
+
 // A growable array of constructed slots. No bounds checks anywhere: an index
 // beyond len but below allocated reads a stale element that an earlier shrink,
 // remove or pop_back left behind. T needs a default constructor and assignment.
@@ -38,7 +40,7 @@ public:
       unsigned int cap = allocated < 4 ? 4 : allocated;
       while (cap < n) cap = cap > 0x7fffffffu ? n : cap * 2;
       T* fresh = new T[cap];
-      for (unsigned int i = 0; i < len; i++) fresh[i] = ptr[i];
+      for (unsigned int i = 0; i < len; i++) fresh[i] = std::move(ptr[i]);
       delete[] ptr;
       ptr = fresh;
       allocated = cap;
@@ -55,7 +57,18 @@ public:
     }
     T copy(x);  // x may point into the array that resize replaces
     resize(len + 1, T());
-    ptr[len - 1] = copy;
+    ptr[len - 1] = std::move(copy);
+  }
+
+  void push_back(T&& x) {
+    if (len < allocated) {
+      ptr[len] = std::move(x);
+      len++;
+      return;
+    }
+    T taken(std::move(x));
+    resize(len + 1, T());
+    ptr[len - 1] = std::move(taken);
   }
 
   // Only lowers len; on an empty vector len wraps around.
@@ -66,8 +79,8 @@ public:
   void insert(int pos, const T& x) {
     T copy(x);
     resize(len + 1, T());
-    for (int i = (int)len - 1; i > pos; i--) ptr[i] = ptr[i - 1];
-    ptr[pos] = copy;
+    for (int i = (int)len - 1; i > pos; i--) ptr[i] = std::move(ptr[i - 1]);
+    ptr[pos] = std::move(copy);
   }
 
   // The slot behind the new end keeps a copy of the last element.
@@ -101,9 +114,9 @@ public:
 // equal elements end up, and the generated output depends on that order.
 template <class T>
 void swap_heap(mvector<T>& v, unsigned int i, unsigned int j) {
-  T tmp(v[i]);
-  v[i] = v[j];
-  v[j] = tmp;
+  T tmp(std::move(v[i]));
+  v[i] = std::move(v[j]);
+  v[j] = std::move(tmp);
 }
 
 template <class T>

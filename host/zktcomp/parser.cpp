@@ -101,10 +101,12 @@ mstring Parser::get() {
     }
     if (m_prepr.finished()) break;
     skipBlanks();
-    while (m_pos < (int)m_line.size() && (token.empty() || canAppend(token, m_line[m_pos]))) {
-      token += m_line[m_pos];
-      m_pos++;
-    }
+    // The token is cut from the line once its end is known.
+    const char* line = m_line.c_str();
+    const int begin = m_pos;
+    if (m_pos < (int)m_line.size()) m_pos++;
+    while (m_pos < (int)m_line.size() && canAppend(line + begin, (size_t)(m_pos - begin), line[m_pos])) m_pos++;
+    token.set(line + begin, (size_t)(m_pos - begin));
   }
   return token;
 }
@@ -210,10 +212,10 @@ void Parser::skipBlanks() {
 }
 
 // Whether c continues token; the tests are tried in this order.
-bool Parser::canAppend(const mstring& token, char c) {
-  const char* t = token.c_str();
+bool Parser::canAppend(const mstring& token, char c) { return canAppend(token.c_str(), token.size(), c); }
+
+bool Parser::canAppend(const char* t, size_t len, char c) {
   char fst = t[0];
-  size_t len = token.size();
   if (UT::nameBeg(fst)) return UT::nameCont(c);
   if (fst == '0') {
     if (len == 1 && (c == 'x' || c == 'X')) return true;

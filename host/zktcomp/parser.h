@@ -42,6 +42,7 @@ public:
   mstring getQuotedString();  // keeps quotes and backslashes; ignores v_taken
   void skipBlanks();
   bool canAppend(const mstring& token, char c);
+  bool canAppend(const char* token, size_t len, char c);  // token: len characters, not empty
   bool wasError() const;
 
   [[noreturn]] void error(const mstring& txt, int pos);

@@ -29,15 +29,17 @@ FSize& FSize::operator+=(const FSize& o) {
   return *this;
 }
 
+// Written into tmp's own buffer: conversions run for every placeholder of
+// every field.
 FSize::operator const mstring&() const {
-  tmp = mstring();
-  int parts = 0;
-  if (m_size_n != 0 || m_size_s.empty()) {
-    tmp += UT::n2s(m_size_n);
-    parts++;
+  if (m_size_n == 0 && !m_size_s.empty()) {
+    tmp = m_size_s;
+    return tmp;
   }
+  char buf[24];
+  tmp.set(buf, UT::decimal(m_size_n, buf));
   if (!m_size_s.empty()) {
-    if (parts != 0) tmp += mstring("+");
+    tmp += '+';
     tmp += m_size_s;
   }
   return tmp;

@@ -53,11 +53,18 @@ public:
   FSize(int n) : m_size_n(n), m_calc_type_size(0) {}
   FSize(const mstring& s) : m_size_n(0), m_size_s(s), m_calc_type_size(0) {}
   FSize(const FSize& o) = default;  // copies tmp too
+  FSize(FSize&& o) = default;
 
   // Leaves tmp alone.
   FSize& operator=(const FSize& o) {
     m_size_n = o.m_size_n;
     m_size_s = o.m_size_s;
+    m_calc_type_size = o.m_calc_type_size;
+    return *this;
+  }
+  FSize& operator=(FSize&& o) noexcept {
+    m_size_n = o.m_size_n;
+    m_size_s = std::move(o.m_size_s);
     m_calc_type_size = o.m_calc_type_size;
     return *this;
   }

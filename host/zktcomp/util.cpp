@@ -32,10 +32,32 @@ mstring::mstring(const char* s, size_t n) {
   p[n] = 0;
 }
 
+mstring::mstring(mstring&& other) noexcept : p(nullptr), allocated(0), length(0) { take(other); }
+
 mstring::~mstring() { delete[] p; }
+
+void mstring::take(mstring& other) {
+  if (other.length == 0) return;
+  p = other.p;
+  allocated = other.allocated;
+  length = other.length;
+  other.p = nullptr;
+  other.allocated = 0;
+  other.length = 0;
+}
 
 mstring& mstring::operator=(const mstring& other) {
   set(other.p, other.size());
+  return *this;
+}
+
+mstring& mstring::operator=(mstring&& other) noexcept {
+  if (this == &other) return *this;
+  delete[] p;
+  p = nullptr;
+  allocated = 0;
+  length = 0;
+  take(other);
   return *this;
 }
 
@@ -94,7 +116,6 @@ mstring& mstring::operator+=(char c) {
   return *this;
 }
 
-const char* mstring::c_str() const { return p ? p : ""; }
 
 unsigned int mstring::bytes() const {
   if (p == nullptr || p[0] != '"') return size();
@@ -257,20 +278,20 @@ public:
   FILE* fs;
   ZktOFstream(const mstring& name, bool binary) : fs(fopen(name.c_str(), binary ? "wb" : "w")) {
     if (fs == nullptr) IErrReporter::panic(mstring("Cannot open file ") + name, true);
+    setvbuf(fs, nullptr, _IOFBF, 1 << 20);  // generated files run to megabytes
   }
   ~ZktOFstream() override {
     if (fs) fclose(fs);
   }
-  IOutStream& operator<<(const mstring& s) override {
-    fputs(s.c_str(), fs);
-    return *this;
-  }
+  // Text up to its first NUL, as fputs would write it.
+  IOutStream& operator<<(const mstring& s) override { return *this << s.c_str(); }
   IOutStream& operator<<(const char* s) override {
-    fputs(s, fs);
+    fwrite(s, 1, strlen(s), fs);
     return *this;
   }
   IOutStream& operator<<(long n) override {
-    fprintf(fs, "%ld", n);
+    char buf[24];
+    fwrite(buf, 1, UT::decimal(n, buf), fs);
     return *this;
   }
   IOutStream& operator<<(unsigned long n) override {
@@ -281,10 +302,7 @@ public:
     fputc(c, fs);
     return *this;
   }
-  IOutStream& operator<<(long long n) override {
-    fprintf(fs, "%lld", n);
-    return *this;
-  }
+  IOutStream& operator<<(long long n) override { return *this << (long)n; }
   bool good() override { return fs != nullptr; }
   bool flush() override { return fflush(fs) == 0 && !ferror(fs); }
 };
@@ -300,13 +318,17 @@ public:
     str.add(s, strlen(s));
     return *this;
   }
-  IOutStream& operator<<(long n) override { return num("%ld", n); }
+  IOutStream& operator<<(long n) override {
+    char buf[24];
+    str.add(buf, UT::decimal(n, buf));
+    return *this;
+  }
   IOutStream& operator<<(unsigned long n) override { return num("%lu", n); }
   IOutStream& operator<<(char c) override {
     str += c;
     return *this;
   }
-  IOutStream& operator<<(long long n) override { return num("%lld", n); }
+  IOutStream& operator<<(long long n) override { return *this << (long)n; }
   bool good() override { return true; }
   mstring retstr() override { return str; }
 
@@ -346,7 +368,7 @@ public:
 
 private:
   template <class V>
-  IOutStream& fwd(V v) {
+  IOutStream& fwd(const V& v) {
     *os1 << v;
     return *this;
   }
@@ -375,7 +397,7 @@ public:
 
 private:
   template <class V>
-  IOutStream& fwd(V v) {
+  IOutStream& fwd(const V& v) {
     *os1 << v;
     *os2 << v;
     return *this;
@@ -439,10 +461,24 @@ mvector<mstring> splitName(const mstring& name, char sep) {
   return res;
 }
 
+size_t decimal(long long n, char* buf) {
+  char digits[20];
+  unsigned long long u = n < 0 ? 0ULL - (unsigned long long)n : (unsigned long long)n;
+  size_t k = 0;
+  do {
+    digits[k++] = (char)('0' + u % 10);
+    u /= 10;
+  } while (u != 0);
+  size_t len = 0;
+  if (n < 0) buf[len++] = '-';
+  while (k > 0) buf[len++] = digits[--k];
+  buf[len] = 0;
+  return len;
+}
+
 mstring n2s(unsigned int n) {
-  char buf[32];
-  snprintf(buf, sizeof buf, "%u", n);
-  mstring r(buf);
+  char buf[24];
+  mstring r(buf, decimal((long long)n, buf));
   if (n > 2147483647u) r += 'U';
   return r;
 }
@@ -454,9 +490,8 @@ mstring n2s(void* p) {
 }
 
 mstring n2s(int n) {
-  char buf[32];
-  snprintf(buf, sizeof buf, "%d", n);
-  return mstring(buf);
+  char buf[24];
+  return mstring(buf, decimal(n, buf));
 }
 
 mstring n2s(double d) {
@@ -466,9 +501,8 @@ mstring n2s(double d) {
 }
 
 mstring n2s(long long n) {
-  char buf[32];
-  snprintf(buf, sizeof buf, "%lld", n);
-  return mstring(buf);
+  char buf[24];
+  return mstring(buf, decimal(n, buf));
 }
 
 mstring n2s(long long n, int width) { return adjust(n2s(n), width); }
@@ -479,8 +513,13 @@ mstring Q(const mstring& s) { return "\"" + s + "\""; }
 mstring Q(int n) { return Q(n2s(n)); }
 
 mstring adjust(const mstring& s, int lenWanted) {
+  static const char kBlanks[] = "                                                                ";
   mstring r(s);
-  for (int i = (int)s.size(); i < lenWanted; i++) r += ' ';
+  for (int i = (int)s.size(); i < lenWanted;) {
+    const int n = lenWanted - i < 64 ? lenWanted - i : 64;
+    r.add(kBlanks, (size_t)n);
+    i += n;
+  }
   return r;
 }
 
@@ -498,9 +537,7 @@ pairstrings split2(const mstring& s) {
 int imax(int a, int b) { return a > b ? a : b; }
 
 // Letters are the ASCII ones: the compiler never sets a locale.
-bool nameBeg(char c) { return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool nameBeg(char c, char prev) { return prev != '0' && nameBeg(c); }
-bool nameCont(char c) { return nameBeg(c) || (c >= '0' && c <= '9'); }
 
 // The root directory "/" comes out as nothing, so a name joined to it is
 // relative: intended, and kept.
@@ -589,46 +626,58 @@ mstring A(const mstring& name, const FSize& value) { return name + "=" + UT::Q(v
 
 // A name is compared by length first: most placeholders differ there, and
 // fill runs once per fragment of every generated function.
-static bool sameName(const mstring& name, const char* s, size_t len) {
-  return name.size() == len && memcmp(name.c_str(), s, len) == 0;
+const Frag::Slot* Frag::find(const char* name, size_t len) const {
+  if (len == 0) return nullptr;  // placeholders are never empty
+  const unsigned b = m_bucket[bucket(name, len)];
+  if (b != 0) {
+    const Slot& sl = v_slots[b - 1];
+    if (sl.len == len && memcmp(sl.name, name, len) == 0) return &sl;
+  }
+  for (unsigned int i = 0; i < v_slots.size(); i++) {
+    const Slot& sl = v_slots[i];
+    if (sl.len == len && sl.name[0] == name[0] && memcmp(sl.name, name, len) == 0) return &sl;
+  }
+  return nullptr;
+}
+
+mstring& Frag::slot(const char* name) {
+  const size_t len = strlen(name);
+  if (const Slot* sl = find(name, len)) return const_cast<Slot*>(sl)->value;
+  v_slots.push_back(Slot());
+  v_slots.back().name = name;
+  v_slots.back().len = len;
+  unsigned char& b = m_bucket[len != 0 ? bucket(name, len) : 0];
+  if (b == 0 && v_slots.size() < 256) b = (unsigned char)v_slots.size();
+  return v_slots.back().value;
 }
 
 Frag& Frag::set(const char* name, const mstring& value) {
-  const size_t len = strlen(name);
-  for (unsigned int i = 0; i < v_names.size(); i++) {
-    if (sameName(v_names[i], name, len)) {
-      v_values[i] = value;
-      return *this;
-    }
-  }
-  v_names.push_back(mstring(name));
-  v_values.push_back(value);
+  mstring& v = slot(name);
+  v = value;
   return *this;
 }
 
-Frag& Frag::set(const char* name, long value) { return set(name, UT::n2s((long long)value)); }
-
-static bool isPlaceholderName(const char* b, const char* e) {
-  if (b == e || !UT::nameBeg(*b)) return false;
-  for (const char* s = b; s < e; s++)
-    if (!UT::nameCont(*s)) return false;
-  return true;
+Frag& Frag::set(const char* name, long value) {
+  char buf[24];
+  slot(name).set(buf, UT::decimal((long long)value, buf));
+  return *this;
 }
+
 
 mstring Frag::fill(const char* text) const {
   mstring res;
   const char* from = text;
   for (const char* s = strchr(text, '{'); s != nullptr; s = strchr(s + 1, '{')) {
-    const char* e = s + 1;
-    while (*e && UT::nameCont(*e)) e++;
-    if (*e != '}' || !isPlaceholderName(s + 1, e)) continue;
+    if (!UT::nameBeg(s[1])) continue;
+    const char* e = s + 2;
+    while (UT::nameCont(*e)) e++;
+    if (*e != '}') continue;
     const size_t len = (size_t)(e - s - 1);
-    unsigned int i = 0;
-    while (i < v_names.size() && !sameName(v_names[i], s + 1, len)) i++;
-    if (i == v_names.size())
+    const Slot* sl = find(s + 1, len);
+    if (sl == nullptr)
       IErrReporter::panic("undefined placeholder {" + mstring(s + 1, len) + "} in generated text", false);
     res.add(from, (size_t)(s - from));
-    res += v_values[i];
+    res += sl->value;
     s = e;
     from = e + 1;
   }

@@ -4,6 +4,7 @@
 
 #include <stddef.h>
 #include <stdio.h>
+#include <string.h>
 
 #include <string>
 #include <unordered_set>
@@ -25,9 +26,13 @@ public:
   mstring(const mstring& other);
   mstring(const char* s);  // s must not be null; p is set even for ""
   mstring(const char* s, size_t n);
+  // Moving takes the buffer; the source is left empty. An empty source gives
+  // a null p, as a copy would.
+  mstring(mstring&& other) noexcept;
   ~mstring();
 
   mstring& operator=(const mstring& other);
+  mstring& operator=(mstring&& other) noexcept;
   void set(const char* s, size_t len);  // len 0 frees the buffer
   void add(const char* s, size_t len);
   mstring& operator+=(const mstring& other);
@@ -35,13 +40,16 @@ public:
 
   char& operator[](int i) { return p[i]; }  // no checks, not even for a null p
   const char& operator[](int i) const { return p[i]; }
-  const char* c_str() const;  // never null
+  const char* c_str() const { return p ? p : ""; }  // never null
   unsigned int size() const { return (unsigned int)length; }
   bool empty() const { return length == 0; }
   // Length of the value in a generated C string: a quoted literal counts its
   // characters between the quotes, an escape pair as one.
   unsigned int bytes() const;
   bool startsWith(const char* s) const;  // reads p directly: only for strings holding text
+
+private:
+  void take(mstring& other);  // this holds no buffer
 };
 
 mstring operator+(const mstring& a, const mstring& b);
@@ -49,6 +57,13 @@ mstring operator+(const mstring& a, const char* b);
 mstring operator+(const char* a, const mstring& b);
 bool operator==(const mstring& a, const mstring& b);
 bool operator!=(const mstring& a, const mstring& b);
+// Against a literal without making a string of it; b must not be null. The
+// first bytes are compared inline: keyword tests mostly differ there.
+inline bool operator==(const mstring& a, const char* b) {
+  const char* s = a.c_str();
+  return s[0] == b[0] && (s[0] == 0 || strcmp(s + 1, b + 1) == 0);
+}
+inline bool operator!=(const mstring& a, const char* b) { return !(a == b); }
 bool operator<(const mstring& a, const mstring& b);
 bool operator>(const mstring& a, const mstring& b);
 
@@ -202,6 +217,8 @@ private:
 mstring trim(const mstring& s0);
 mvector<mstring> splitName(const mstring& name, char sep);
 
+// Writes n in decimal and a NUL into buf (at least 21 bytes); returns the length.
+size_t decimal(long long n, char* buf);
 mstring n2s(unsigned int n);  // "U" suffix above the largest int
 mstring n2s(void* p);
 mstring n2s(int n);
@@ -218,9 +235,9 @@ mstring Q(const FSize& f);
 mstring adjust(const mstring& s, int lenWanted);  // pads on the right, never cuts
 pairstrings split2(const mstring& s);
 int imax(int a, int b);
-bool nameBeg(char c);
+inline bool nameBeg(char c) { return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool nameBeg(char c, char prev);  // never right behind a "0": keeps hex letters out of names
-bool nameCont(char c);
+inline bool nameCont(char c) { return nameBeg(c) || (c >= '0' && c <= '9'); }
 
 mstring makefnm(const mstring& dir_, const mstring& fnm);
 mstring currdir();
@@ -261,6 +278,7 @@ mstring A(const mstring& name, const FSize& value);
 // substituted value is never scanned again, and every brace that does not
 // enclose an identifier is literal text ("{{ctype}" is "{" then {ctype}).
 // A placeholder that was never set is an internal error.
+// Names are kept by pointer: pass literals (or text that outlives the Frag).
 class Frag {
 public:
   Frag& set(const char* name, const mstring& value);
@@ -268,7 +286,20 @@ public:
   mstring fill(const char* text) const;
 
 private:
-  mvector<mstring> v_names, v_values;  // a handful of names: a linear search is fine
+  struct Slot {
+    const char* name = nullptr;
+    size_t len = 0;
+    mstring value;
+  };
+  mvector<Slot> v_slots;
+  // 1 + the index of the first slot whose name hashes to each bucket; 0 for
+  // none. A name not in its bucket's slot is searched linearly.
+  unsigned char m_bucket[64] = {};
+  static unsigned bucket(const char* name, size_t len) {
+    return (unsigned)(len * 7 + (unsigned char)name[0] * 3 + (unsigned char)name[len - 1]) & 63;
+  }
+  const Slot* find(const char* name, size_t len) const;
+  mstring& slot(const char* name);  // the value of name, added empty when new
 };
 
 #endif
