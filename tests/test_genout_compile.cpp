@@ -265,6 +265,9 @@ TEST_F(GenOutputCompile, FixedAndSequenceBreaks) {
     { "declare database d;\nclass c1 { string s; boolean updated_bitmap[]; list; };\n", {"-debug"},
       "expected expression before \u2018?\u2019 token",
       "a class whose only fixed field is its bitmap gets a _fixed_put without a clause" },
+    { "declare database d;\ndeclare oid unsigned<4>[10];\ndeclare auto_oid[5];\n"
+      "class c1 { signed<4> k; tree<*> all; };\n", {"-debug"}, "stray \u2018@\u2019 in program",
+      "tree<*> takes the hidden auto_oid@ field too, whose name goes into the key functions' names" },
   };
   // clang-format on
   for (const Break& b : breaks) {
