@@ -146,6 +146,7 @@ const ErrorCase kErrors[] = {
   { "struct S { char<2000000000> a; char<2000000000> b; };",       "Struct S is too large" },
   { "struct S { char<40000> a[65535]; };",                         "Struct S is too large" },
   { "class c { char<2000000000> a; char<2000000000> b; };",        "Struct c is too large" },
+  { "class c { char<3000000000> a; };",                             "Struct c is too large" },
 };
 // clang-format on
 

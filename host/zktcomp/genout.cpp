@@ -474,8 +474,10 @@ static const char kStructSizeText[] = "structsz({struct}_d_aligned_to_1)";
 static const char kSumText[]        = "{offs}+{size}";
 // clang-format on
 
+// A negative number is a length that did not fit an int when it was read
+// (char<3000000000>): too large as well, before sums of such lengths overflow.
 int GenOutput::checkedSize(long long n, const Struct& s) {
-  if (n > kMaxSize) m_err->err("Struct " + s.m_name + " is too large");
+  if (n > kMaxSize || n < 0) m_err->err("Struct " + s.m_name + " is too large");
   return (int)n;
 }
 
