@@ -625,6 +625,9 @@ bool GenOutput::layout(Struct& top, int start, Class* cls) {
     UT::dlog("layout for struct " + s.m_name + " ptr=" + UT::n2s((void*)&s));
     if (s.m_layout.m_inuse) m_err->err("recursive definition of " + UT::Q(s.m_name));
     s.m_layout.m_inuse = true;
+    // Every field gets one slot in each layout: no growth, no spare capacity.
+    s.m_layout.c.v_fldOrder.reserve(s.v_field.size());
+    s.m_layout.u.v_fldOrder.reserve(s.v_field.size());
     stack.push_back(fr);
   };
 
