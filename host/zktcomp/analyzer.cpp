@@ -362,6 +362,7 @@ void Analyzer::do_struct() {
   }
   add_indicators(s);
   m_p.match(";");
+  s.v_field.shrink_to_fit();  // complete: no spare slots for the rest of the run
   m_s.s_struct.insert(h);
 }
 
@@ -385,6 +386,7 @@ void Analyzer::do_direct_struct(bool packed) {
     do_direct_field(s);
   }
   m_p.match(";");
+  s.v_field.shrink_to_fit();  // complete: no spare slots for the rest of the run
   m_s.s_struct.insert(h);
 }
 
@@ -694,6 +696,7 @@ void Analyzer::do_class(bool compact, mplacement placement, bool local, bool dis
     cls.v_index.push_back(idx);
   }
   resizeBitmaps(cls);
+  cls.v_field.shrink_to_fit();  // complete: no spare slots for the rest of the run
   m_s.s_class.insert(h);
 }
 

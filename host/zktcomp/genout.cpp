@@ -403,36 +403,36 @@ void GenOutput::heading() {
   for (IOutStream* os : bannered) *os << banner;
 
   if (m_dll) *m_c << kCHeadDll;
-  *m_c << fr.fill(kCHead);
+  fr.fillTo(*m_c, kCHead);
 
-  *m_h << fr.fill(kHHead);
+  fr.fillTo(*m_h, kHHead);
   if (m_sc.m_useSequences) *m_h << kHSequences;
   if (m_dll) *m_h << kHDll;
   if (!m_debug) *m_h << kHWrap;
-  *m_h << fr.fill(kHVersion);
+  fr.fillTo(*m_h, kHVersion);
   head2(m_h, "Dictionary");
-  *m_h << fr.fill(kHDictionary);
+  fr.fillTo(*m_h, kHDictionary);
 
-  *m_hpp << fr.fill(kHppGuard);
+  fr.fillTo(*m_hpp, kHppGuard);
   if (m_sc.m_useSequences)
     *m_hpp << kHppIncSequences;
   else if (m_gen_smartptr)
     *m_hpp << kHppIncSmartptr;
   else
     *m_hpp << kHppIncPlain;
-  *m_hpp << fr.fill(kHppHead);
+  fr.fillTo(*m_hpp, kHppHead);
 
-  *m_h << fr.fill(kHNamespace);
+  fr.fillTo(*m_h, kHNamespace);
 
-  *m_udf << fr.fill(kUserFileHead);
-  *m_coll << fr.fill(kUserFileHead);
+  fr.fillTo(*m_udf, kUserFileHead);
+  fr.fillTo(*m_coll, kUserFileHead);
 }
 
 void GenOutput::ending() {
   Frag fr;
   fr.set("db", m_sc.m_dbname);
-  *m_h << fr.fill(kHEnd);
-  *m_hpp << fr.fill(kHppEnd);
+  fr.fillTo(*m_h, kHEnd);
+  fr.fillTo(*m_hpp, kHppEnd);
 }
 
 // ---------------------------------------------------------------- layout
@@ -627,6 +627,9 @@ bool GenOutput::layout(Struct& top, int start, Class* cls) {
     UT::dlog("layout for struct " + s.m_name + " ptr=" + UT::n2s((void*)&s));
     if (s.m_layout.m_inuse) m_err->err("recursive definition of " + UT::Q(s.m_name));
     s.m_layout.m_inuse = true;
+    // Every field gets one slot in each layout: no growth, no spare capacity.
+    s.m_layout.c.v_fldOrder.reserve(s.v_field.size());
+    s.m_layout.u.v_fldOrder.reserve(s.v_field.size());
     stack.push_back(fr);
   };
 

@@ -516,7 +516,7 @@ void GenOutput::outputIndex(Class& cls, Index& idx) {
   fr.set("field", first.m_name);
   fr.set("ctype", first.m_pFld->m_pstruct->m_cType);
 
-  *m_hpp << fr.fill(kIndexClassHead);
+  fr.fillTo(*m_hpp, kIndexClassHead);
   OpList ops;
   indexFamily(idx, ops);
   const mstring scope = hpp + "::" + idx.m_name;
@@ -529,7 +529,7 @@ void GenOutput::outputIndex(Class& cls, Index& idx) {
       gen_direct_idx_fields(cls, idx, prefix, ptrTypes[j], (int)j);
     }
   }
-  *m_hpp << fr.fill(kIndexClassEnd);
+  fr.fillTo(*m_hpp, kIndexClassEnd);
 }
 
 void GenOutput::gen_direct_idx_fields(Class& cls, Index& idx, mstring prefix, mstring type, int segment) {

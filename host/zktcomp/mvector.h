@@ -39,14 +39,21 @@ public:
     if (n > allocated) {
       unsigned int cap = allocated < 4 ? 4 : allocated;
       while (cap < n) cap = cap > 0x7fffffffu ? n : cap * 2;
-      T* fresh = new T[cap];
-      for (unsigned int i = 0; i < len; i++) fresh[i] = std::move(ptr[i]);
-      delete[] ptr;
-      ptr = fresh;
-      allocated = cap;
+      reallocate(cap);
     }
     for (unsigned int i = len; i < n; i++) ptr[i] = fill;
     len = n;
+  }
+
+  // Capacity for exactly n slots when there is less; len and values stay.
+  void reserve(unsigned int n) {
+    if (n > allocated) reallocate(n);
+  }
+
+  // Drops the unused capacity, stale slots included: only for a vector whose
+  // slots behind len are never read.
+  void shrink_to_fit() {
+    if (len < allocated && len > 0) reallocate(len);
   }
 
   void push_back(const T& x) {
@@ -94,6 +101,17 @@ public:
     return *this;
   }
 
+private:
+  // Moves the len values into a fresh array of cap default-constructed slots.
+  void reallocate(unsigned int cap) {
+    T* fresh = new T[cap];
+    for (unsigned int i = 0; i < len; i++) fresh[i] = std::move(ptr[i]);
+    delete[] ptr;
+    ptr = fresh;
+    allocated = cap;
+  }
+
+public:
   // No self-assignment test: the first step empties the source too, so a
   // vector assigned to itself comes out empty.
   void copyfrom(const mvector& other) {

@@ -175,7 +175,7 @@ void GenOutput::outputDictionary() {
   fr.set("getdict", MF(m_sc.m_dbname + "_get_dictionary", 0)).set("tbl", mstring(tbl));
 
   head2(m_c, "dictionary");
-  os << fr.fill(kOpening);
+  fr.fillTo(os, kOpening);
   creator.printAll(os, !m_nosort);
   os << kReady;
 
@@ -187,7 +187,7 @@ void GenOutput::outputDictionary() {
       const Class& cls = *static_cast<Class*>(pos.get().get());
       if (cls.m_classCode != code) IErrReporter::panic("class codes order", false);
       fr.set("pname", UT::adjust(UT::Q(cls.m_name), m_maxClassName + 3)).set("number", (long)code);
-      os << fr.fill(kNameRow);
+      fr.fillTo(os, kNameRow);
     }
     os << kClassNamesEnd;
     os << kIndexNamesHead;
@@ -198,7 +198,7 @@ void GenOutput::outputDictionary() {
         if (cls.v_index[i].m_code != number) IErrReporter::panic("index code", false);
         const mstring name = UT::Q(cls.m_name + "." + cls.v_index[i].m_name);
         fr.set("pname", UT::adjust(name, m_maxClassName + 4 + m_maxIndexName)).set("number", (long)number);
-        os << fr.fill(kNameRow);
+        fr.fillTo(os, kNameRow);
       }
     }
     os << kIndexNamesEnd;
@@ -209,7 +209,7 @@ void GenOutput::outputDictionary() {
 
   // Classes, by code after the zero record.
   fr.set("count", (long)n.nClasses + 1);
-  os << fr.fill(m_cmode1 ? kClassesHeadAssign : kClassesHeadStatic);
+  fr.fillTo(os, m_cmode1 ? kClassesHeadAssign : kClassesHeadStatic);
   int k = 0;
   for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next(), k++) {
     const Class& cls = *static_cast<Class*>(pos.get().get());
@@ -223,7 +223,7 @@ void GenOutput::outputDictionary() {
     fr.set("first_event", (long)r.first_event_num).set("last_event", (long)r.last_event_num);
     fr.set("flags", (long)r.flags).set("num", (long)cls.m_globalNum).set("init_size", text(r.init_size));
     fr.set("auto_oid_offset", text(r.auto_oid_offset)).set("class", cls.m_name);
-    os << fr.fill(m_cmode1 ? kClassAssign : kClassStatic);
+    fr.fillTo(os, m_cmode1 ? kClassAssign : kClassStatic);
   }
   if (!m_cmode1) os << kClassesEndStatic;
   os << kClassesEnd;
@@ -233,7 +233,7 @@ void GenOutput::outputDictionary() {
     os << kNoEvents;
   } else {
     fr.set("n", (long)n.nEvents);
-    os << fr.fill(m_cmode1 ? kEventsHeadAssign : kEventsHeadStatic);
+    fr.fillTo(os, m_cmode1 ? kEventsHeadAssign : kEventsHeadStatic);
     unsigned int e = 0;
     for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next()) {
       const Class& cls = *static_cast<Class*>(pos.get().get());
@@ -249,14 +249,14 @@ void GenOutput::outputDictionary() {
           fr.set("fld_no", (long)ev.m_pFld->m_no);
         }
         fr.set("comma", mstring(++e < n.nEvents ? "," : ""));
-        os << fr.fill(m_cmode1 ? kEventAssign : kEventStatic);
+        fr.fillTo(os, m_cmode1 ? kEventAssign : kEventStatic);
       }
     }
     if (!m_cmode1) os << kEventsEndStatic;
     os << kEventsEnd;
   }
 
-  os << fr.fill(kAllStruct);
+  fr.fillTo(os, kAllStruct);
 
   // Indexes, by code, each with its run of key records.
   if (n.nIndexes == 0) {
@@ -264,9 +264,9 @@ void GenOutput::outputDictionary() {
   } else {
     fr.set("n", (long)n.nSegments).set("m", (long)n.nIndexes);
     if (m_cmode1)
-      os << fr.fill(n.nSegments > 0 ? kIndexesHeadAssign : kIndexesHeadAssignEmpty);
+      fr.fillTo(os, n.nSegments > 0 ? kIndexesHeadAssign : kIndexesHeadAssignEmpty);
     else
-      os << fr.fill(n.nSegments > 0 ? kIndexesHeadStatic : kIndexesHeadStaticEmpty);
+      fr.fillTo(os, n.nSegments > 0 ? kIndexesHeadStatic : kIndexesHeadStaticEmpty);
     HIOutStream rows(IOutStream::createStrStream(m_dir));
     unsigned int position = 0;
     unsigned int indexNo = 0;
@@ -292,20 +292,20 @@ void GenOutput::outputDictionary() {
           if (m_cmode1) {
             fr.set("field_offset", n4(fl.field_offset)).set("vect_field_offset", n4(fl.vect_field_offset));
             fr.set("field_size", text(di.size));
-            os << fr.fill(kSegmentAssign);
+            fr.fillTo(os, kSegmentAssign);
           } else {
             // A bit field's key size is its number of bits.
             fr.set("field_offset", text(fl.field_offset)).set("vect_field_offset", text(fl.vect_field_offset));
             fr.set("field_size", di.etype == 23 ? UT::n2s(di.bit_size) : text(di.size));
             fr.set("open", mstring(position == 0 ? kFirstRow : kNextRow));
-            os << fr.fill(kSegmentStatic);
+            fr.fillTo(os, kSegmentStatic);
           }
         }
         fr.set("impl_no", (long)DictEnc::implNo(idx, cls)).set("numof_fields", (long)idx.v_fldParsed.size());
         fr.set("vect_field_offset", text(DictEnc::indexVectFieldOffset(idx, layouts))).set("flags", (long)DictEnc::indexFlags(idx, cls));
         fr.set("estimate", (long)idx.m_expectedCount).set("userdef_id", (long)idx.m_code_udf);
         if (m_cmode1) {
-          os << fr.fill(kIndexAssign);
+          fr.fillTo(os, kIndexAssign);
         } else {
           fr.set("open", mstring(indexNo == 0 ? kFirstRow : kNextRow));
           *rows.get() << fr.fill(kIndexStatic);
@@ -321,12 +321,12 @@ void GenOutput::outputDictionary() {
     os << kNoCollations;
   } else {
     fr.set("n", (long)m_sc.m_collationsNum);
-    os << fr.fill(m_cmode1 ? kCollationsHeadAssign : kCollationsHeadStatic);
+    fr.fillTo(os, m_cmode1 ? kCollationsHeadAssign : kCollationsHeadStatic);
     unsigned int i = 0;
     for (ISet::HPos pos(m_sc.s_coll.first()); pos.valid() && i < m_sc.m_collationsNum; pos.next()) {
       const Collation& c = *static_cast<Collation*>(pos.get().get());
       fr.set("name", c.m_name).set("type", (long)c.ctype).set("comma", mstring(++i < m_sc.m_collationsNum ? "," : ""));
-      os << fr.fill(m_cmode1 ? kCollationAssign : kCollationStatic);
+      fr.fillTo(os, m_cmode1 ? kCollationAssign : kCollationStatic);
     }
     if (!m_cmode1) os << kCollationsEndStatic;
     os << kCollationsEnd;
@@ -365,7 +365,7 @@ void GenOutput::outputDictionary() {
   };
   // clang-format on
   for (const auto& h : head)
-    os << fr.set("plhs", UT::adjust("    dict." + mstring(h.field), 35)).set("value", h.value).fill(kHeadAssignment);
+    fr.set("plhs", UT::adjust("    dict." + mstring(h.field), 35)).set("value", h.value).fillTo(os, kHeadAssignment);
 
   // The initialiser tables that printAllFields wrote.
   const struct {
@@ -382,7 +382,7 @@ void GenOutput::outputDictionary() {
     os << fr.set("plhs", UT::adjust("    dict." + mstring(t.ptr), 35))
               .set("value", mstring(t.n > 0 ? t.table : "0"))
               .fill(kHeadAssignment);
-    os << fr.set("plhs", UT::adjust("    dict." + mstring(t.count), 35)).set("value", UT::n2s(t.n)).fill(kHeadAssignment);
+    fr.set("plhs", UT::adjust("    dict." + mstring(t.count), 35)).set("value", UT::n2s(t.n)).fillTo(os, kHeadAssignment);
   }
   os << kClosing;
 }

@@ -48,8 +48,8 @@ void GenOutput::outputEvents(Class& cls) {
     fr.set("name", e.m_name).set("class", cls.m_name).set("nl", mstring("\n"));
     fr.set("id", (long)e.m_eventId).set("id1", (long)e.m_eventId + 1);
     fr.set("order", mstring(when ? kOrderWhen : kOrderNone));
-    *m_h << fr.fill(kEventDefine);
-    *m_h << fr.fill(e.m_type == Event::CLASS_UPDATE ? kHandlerClassUpd : kHandlerOther);
+    fr.fillTo(*m_h, kEventDefine);
+    fr.fillTo(*m_h, e.m_type == Event::CLASS_UPDATE ? kHandlerClassUpd : kHandlerOther);
     cFunction(fr.fill(kRegisterName), cls.m_maxFuncName, fr.fill(when ? kRegisterWhen : kRegisterNoWhen),
               fr.fill(kRegisterBody));
     cFunction(fr.fill(kUnregisterName), cls.m_maxFuncName, fr.fill(kUnregisterParams), fr.fill(kUnregisterBody));

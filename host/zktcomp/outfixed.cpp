@@ -173,15 +173,15 @@ void GenOutput::genFixedStruct(Struct& s) {
 
   Frag fr;
   fr.set("struct", s.m_name).set("nl", mstring("\n"));
-  *m_h << fr.fill(kFixedHead);
+  fr.fillTo(*m_h, kFixedHead);
   for (unsigned int i = 0; i < s.v_field.size(); i++) {
     const Field& f = s.v_field[i];
     const FixedKind k = fixedKind(f);
     if (k == FK_NONE) continue;
     fixedFrag(s, f, fr);
-    *m_h << fr.fill(kFixedRows[k].member);
+    fr.fillTo(*m_h, kFixedRows[k].member);
   }
-  *m_h << fr.fill(kFixedEnd);
+  fr.fillTo(*m_h, kFixedEnd);
 }
 
 void GenOutput::outputFixed(Struct& s) {

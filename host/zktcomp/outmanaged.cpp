@@ -360,7 +360,7 @@ IOutStream* GenOutput::outputManagedClassHead(Class& cls) {
     const unsigned level = m_sc.m_iot_level;
     fr.set("iot", mstring(iot));
     fr.set("agents", mstring(level == 1 ? kIotServer[up ? 0 : 1] : level < 65535 ? kIotRouter : ""));
-    *m_java << fr.fill(kIot);
+    fr.fillTo(*m_java, kIot);
   }
 
   bool javaIndexes = false;
@@ -373,7 +373,7 @@ IOutStream* GenOutput::outputManagedClassHead(Class& cls) {
     fr.set("index", idx.m_name).set("count", (long)idx.m_expectedCount);
     fr.set("word", fr.fill(words.cs)).set("keys", csKeys).set("order", indexOrder(idx));
     fr.set("unique", mstring(idx.m_isUnique ? kCsUnique : "")).set("thick", mstring(idx.m_isThick ? kCsThick : ""));
-    *m_cs << fr.fill(kCsIndex);
+    fr.fillTo(*m_cs, kCsIndex);
     fr.set("word", fr.fill(words.java)).set("keys", javaKeys);
     fr.set("unique", mstring(idx.m_isUnique ? kJavaUnique : "")).set("thick", mstring(idx.m_isThick ? kJavaThick : ""));
     *m_java << (javaIndexes ? kSep : kJavaIndexes) << fr.fill(kJavaIndex);
@@ -385,12 +385,12 @@ IOutStream* GenOutput::outputManagedClassHead(Class& cls) {
     const EventWords* words = eventWords(cls.v_events[i].m_type);
     if (words == nullptr) continue;
     fr.set("name", cls.v_events[i].m_name);
-    *m_cs << fr.fill(words->cs);
-    *m_java << fr.fill(words->java);
+    fr.fillTo(*m_cs, words->cs);
+    fr.fillTo(*m_java, words->java);
   }
 
-  *m_cs << fr.fill(kClassOpen);
-  *m_java << fr.fill(kClassOpen);
+  fr.fillTo(*m_cs, kClassOpen);
+  fr.fillTo(*m_java, kClassOpen);
   return outer;
 }
 
@@ -408,8 +408,8 @@ void GenOutput::closeManagedClassFile(IOutStream* outer) {
 void GenOutput::outputEventAttribute(Class& cls, int ev) {
   Frag fr;
   fr.set("name", cls.v_events[cls.getEventPos(ev)].m_name).set("nl", mstring("\n"));
-  *m_cs << fr.fill(kCsFieldEvent);
-  *m_java << fr.fill(kJavaFieldEvent);
+  fr.fillTo(*m_cs, kCsFieldEvent);
+  fr.fillTo(*m_java, kJavaFieldEvent);
 }
 
 void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
@@ -422,11 +422,11 @@ void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
     fr.set("jorder", mstring(unordered ? "None" : asc ? "Ascending" : "Descending"));
     fr.set("jsize", sized ? fr.fill(kJavaSeqSize) : mstring());
     fr.set("jclass", mstring(unordered ? "UnorderedSequence " : "OrderedSequence "));
-    *m_java << fr.fill(kJavaSeq);
+    fr.fillTo(*m_java, kJavaSeq);
     fr.set("cst", UT::mapCSType(fr.fill("{seqtype}")));
     fr.set("csorder", mstring(asc ? "Ascending" : "Descending"));
     fr.set("cssize", sized ? fr.fill(kCsSeqSize) : mstring());
-    *m_cs << fr.fill(unordered && e.m_category != ET_CHARS ? kCsUnordered : kCsOrdered);
+    fr.fillTo(*m_cs, unordered && e.m_category != ET_CHARS ? kCsUnordered : kCsOrdered);
     return;
   }
 
@@ -442,6 +442,6 @@ void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
                            : f.m_isVector ? kVectorMembers[fam]
                                           : kPlainMembers[fam];
   if (text.cs == nullptr) return;
-  *m_cs << fr.fill(text.cs);
-  *m_java << fr.fill(text.java);
+  fr.fillTo(*m_cs, text.cs);
+  fr.fillTo(*m_java, text.java);
 }

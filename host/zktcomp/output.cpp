@@ -141,7 +141,7 @@ void GenOutput::output() {
   // so that an enum of the database's name never shares its path.
   if (m_gen_java) {
     m_java = IOutStream::createStrStream("");
-    *m_java << fr.fill(kJavaSchema);
+    fr.fillTo(*m_java, kJavaSchema);
   }
   if (!m_csNamespace.empty()) *m_cs << fr.fill(kCsNamespace);
   *m_cs << kCsUsing;
@@ -151,22 +151,22 @@ void GenOutput::output() {
   for (ISet::HPos pos(m_sc.s_enum.first()); pos.valid(); pos.next()) {
     const Enum& e = *static_cast<Enum*>(pos.get().get());
     fr.set("enum", e.m_name);
-    *m_h << fr.fill(kEnumH);
-    *m_cs << fr.fill(kEnumCs);
+    fr.fillTo(*m_h, kEnumH);
+    fr.fillTo(*m_cs, kEnumCs);
     IOutStream* java = nullptr;
     if (m_gen_java) {
       java = createJavaFile(e.m_name + ".java");
-      *java << fr.fill(kEnumJava);
+      fr.fillTo(*java, kEnumJava);
     }
     for (unsigned int i = 0; i < e.v_els.size(); i++) {
       fr.set("choice", e.v_els[i].m_choice);
       fr.set("val", (long)e.v_els[i].m_val);
       fr.set("comma", mstring(i + 1 < e.v_els.size() ? "," : ""));
-      *m_h << fr.fill(kEnumElH);
-      *m_cs << fr.fill(kEnumElCs);
+      fr.fillTo(*m_h, kEnumElH);
+      fr.fillTo(*m_cs, kEnumElCs);
       if (java) *java << fr.fill(kEnumElJava);
     }
-    *m_h << fr.fill(kEnumEndH);
+    fr.fillTo(*m_h, kEnumEndH);
     *m_cs << kEnumEndCs;
     if (java) {
       *java << kEnumEndCs;
@@ -177,7 +177,7 @@ void GenOutput::output() {
   // Handles and class codes of the visible classes, whose codes must run
   // 1, 2, 3 in declaration order.
   head2(m_h, "Handles and Class Codes");
-  *m_cs << fr.fill(kTypesCs);
+  fr.fillTo(*m_cs, kTypesCs);
   int counter = 1;
   for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next()) {
     const Class& cls = *static_cast<Class*>(pos.get().get());
@@ -188,8 +188,8 @@ void GenOutput::output() {
     }
     fr.set("class", cls.m_name);
     fr.set("hpp", hppClass(cls.m_name));
-    *m_cs << fr.fill(kTypeCs);
-    *m_java << fr.fill(kTypeJava);
+    fr.fillTo(*m_cs, kTypeCs);
+    fr.fillTo(*m_java, kTypeJava);
     if (cls.m_classCode != counter) IErrReporter::panic("class codes order", false);
     counter++;
     if (!cls.m_hasId && !cls.m_sequential && !cls.m_hasAutoId && cls.v_index.size() == 0)
@@ -198,8 +198,8 @@ void GenOutput::output() {
     fr.set("pdefine", UT::adjust("#define ", m_maxClassName + 31));
     fr.set("pcode", UT::adjust(cls.m_name + "_code", m_maxClassName + 6));
     fr.set("number", (long)cls.m_classCode);  // plain, even when mergeable
-    *m_h << fr.fill(kClassHandle);
-    *m_h << fr.fill(kClassCodeDefine);
+    fr.fillTo(*m_h, kClassHandle);
+    fr.fillTo(*m_h, kClassCodeDefine);
   }
   *m_cs << kTypesEnd;
   *m_java << kTypesEnd;
@@ -219,11 +219,11 @@ void GenOutput::output() {
     fr.set("struct", s.m_name);
     fr.set("hpp", hppClass(s.m_name));
     fr.set("phandle", UT::adjust(s.m_name + "_", m_maxClassName + 1));
-    *m_h << fr.fill(kStructHandle);
+    fr.fillTo(*m_h, kStructHandle);
     if (s.m_category != ET_DIRECT_STRUCT) continue;
     direct_struct_output(s, "");
     if (!s.m_is_packed) {
-      *m_h << fr.fill(kDirectAlias);
+      fr.fillTo(*m_h, kDirectAlias);
     } else {
       *m_h << kPackBegin;
       direct_struct_output(s, "_aligned_to_1");
@@ -274,7 +274,7 @@ void GenOutput::outputClassSection(Class& cls) {
   Frag fr;
   fr.set("hpp", hppClass(cls.m_name));
   head2(m_h, "class " + cls.m_name + " methods");
-  *m_hpp << fr.fill(kClassHpp);
+  fr.fillTo(*m_hpp, kClassHpp);
   if (!cls.m_suppressApi) {
     outputClassFunctions(cls);
     output(cls);
@@ -294,12 +294,12 @@ void GenOutput::outputStructSection(Struct& s) {
   fr.set("struct", s.m_name);
   fr.set("hpp", hppClass(s.m_name));
   head2(m_h, "struct " + s.m_name + " methods");
-  *m_hpp << fr.fill(kStructHpp);
-  *m_cs << fr.fill(kStructCs);
+  fr.fillTo(*m_hpp, kStructHpp);
+  fr.fillTo(*m_cs, kStructCs);
   IOutStream* const outer = m_java;
   if (m_gen_java) {
     m_java = createJavaFile(s.m_name + ".java");
-    *m_java << fr.fill(kStructJava);
+    fr.fillTo(*m_java, kStructJava);
   }
   if (hasVisibleOwner(s)) output(s, nullptr);
   *m_cs << kStructEnd;
@@ -308,7 +308,7 @@ void GenOutput::outputStructSection(Struct& s) {
     delete m_java;
     m_java = outer;
   }
-  *m_hpp << fr.fill(kStructHppEnd);
+  fr.fillTo(*m_hpp, kStructHppEnd);
 }
 
 void GenOutput::direct_struct_output(Struct& s, const mstring& suffix) {
@@ -357,9 +357,9 @@ void GenOutput::direct_struct_output(Struct& s, const mstring& suffix) {
       const int n = f.m_eltype == "boolean" ? (f.m_arraySize + 7) / 8 : f.m_arraySize;
       array = "[" + UT::n2s(n) + "]";
     }
-    *m_h << Frag().set("type", type).set("field", f.m_name).set("behind", behind).set("array", array).fill(kDirectField);
+    Frag().set("type", type).set("field", f.m_name).set("behind", behind).set("array", array).fillTo(*m_h, kDirectField);
   }
-  *m_h << Frag().set("struct", s.m_name).set("suffix", suffix).fill(kDirectEnd);
+  Frag().set("struct", s.m_name).set("suffix", suffix).fillTo(*m_h, kDirectEnd);
 }
 
 // The oid type, then the two functions that work on an object by its oid:
@@ -371,9 +371,9 @@ void GenOutput::outputObjid() {
   head2(m_h, "Object Id definitions");
   const Struct& type = *m_sc.m_objid_type_ptr;
   if (!isStructType(type)) {
-    *m_h << fr.set("ctype", type.m_cType).fill(kOidSimple);
+    fr.set("ctype", type.m_cType).fillTo(*m_h, kOidSimple);
   } else {
-    *m_h << fr.fill(kOidHead);
+    fr.fillTo(*m_h, kOidHead);
     for (unsigned int i = 0; i < type.v_field.size(); i++) {
       const Field& f = type.v_field[i];
       const Struct& t = *f.m_pstruct;
@@ -413,11 +413,11 @@ void GenOutput::outputObjid() {
           break;
       }
       if (refused != nullptr) m_err->err(refused);
-      *m_h << fr.set("pctype", UT::adjust(ctype, 15)).set("field", f.m_name).set("suffix", suffix).fill(kOidField);
+      fr.set("pctype", UT::adjust(ctype, 15)).set("field", f.m_name).set("suffix", suffix).fillTo(*m_h, kOidField);
     }
-    *m_h << fr.fill(kOidEnd);
+    fr.fillTo(*m_h, kOidEnd);
   }
-  *m_h << fr.fill(kOidSize);
+  fr.fillTo(*m_h, kOidSize);
 
   // clang-format off
   static const struct { const char* name; const char* ptail; const char* tail; const char* body; } kOidFunctions[] = {
@@ -429,7 +429,7 @@ void GenOutput::outputObjid() {
   const int width = (int)m_sc.m_dbname.size() + 16;
   for (const auto& fn : kOidFunctions) {
     fr.set("name", MF(m_sc.m_dbname + fn.name, width)).set("ptail", fn.ptail).set("tail", fn.tail).set("body", fn.body);
-    *m_h << fr.fill(kOidProto);
-    *m_c << fr.fill(kOidDef);
+    fr.fillTo(*m_h, kOidProto);
+    fr.fillTo(*m_c, kOidDef);
   }
 }

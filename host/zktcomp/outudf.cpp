@@ -131,7 +131,7 @@ void GenOutput::outputCalculator() {
   Frag fr;
   fr.set("db", m_sc.m_dbname);
   head2(m_c, "calculator");
-  *m_c << fr.fill(kCalcHead);
+  fr.fillTo(*m_c, kCalcHead);
   if (m_sc.s_calc == nullptr) {
     *m_c << kCalcNone;
   } else {
@@ -139,9 +139,9 @@ void GenOutput::outputCalculator() {
     *m_c << kCalcTableHead;
     for (unsigned int i = 0; i < els.size(); i++) {
       els[i].m_class_name = nameWithPrefix(els[i].m_class_name);
-      *m_c << fr.set("name", els[i].m_class_name).set("nobjs", (long)els[i].m_nobjs).fill(kCalcEntry);
+      fr.set("name", els[i].m_class_name).set("nobjs", (long)els[i].m_nobjs).fillTo(*m_c, kCalcEntry);
     }
-    *m_c << fr.set("n", (long)els.size()).fill(kCalcTableEnd);
+    fr.set("n", (long)els.size()).fillTo(*m_c, kCalcTableEnd);
   }
   *m_c << kCalcEnd;
 }
@@ -153,8 +153,8 @@ void GenOutput::outputUserdef() {
   Frag fr;
   fr.set("db", m_sc.m_dbname).set("n", (long)m_sc.m_userdefIdxNum);
   head2(m_h, "User-defined index");
-  *m_h << fr.fill(kUdfProto);
-  *m_c << fr.fill(kUdfHead);
+  fr.fillTo(*m_h, kUdfProto);
+  fr.fillTo(*m_c, kUdfHead);
   for (ISet::HPos pos(m_sc.s_class.first()); pos.valid(); pos.next()) {
     Class& cls = *static_cast<Class*>(pos.get().get());
     if (!cls.m_hasUserdefIdx) continue;
@@ -173,7 +173,7 @@ void GenOutput::outputUserdefIndex(Class& cls, Index& idx) {
   const bool hash = idx.m_IndexType == IT_Hash;
   Frag fr;
   fr.set("class", cls.m_name).set("index", idx.m_name).set("udf", (long)idx.m_code_udf);
-  *m_c << fr.fill(kUdfFlags);
+  fr.fillTo(*m_c, kUdfFlags);
   if (cls.m_suppressApi) {
     fr.set("fn", mstring("0"));
     for (const UdfFunction& f : kUdfCompare) *m_c << fr.fill(kUdfEntries[f.entry[vb]]);
@@ -181,7 +181,7 @@ void GenOutput::outputUserdefIndex(Class& cls, Index& idx) {
     return;
   }
   *m_h << "\n";
-  *m_udf << fr.fill(kUdfIndexNote);
+  fr.fillTo(*m_udf, kUdfIndexNote);
   for (const UdfFunction& f : kUdfCompare) outputUserdefFunction(f.comment, fr.fill(f.signature[vb]),
                                                                   cls.m_name + "_" + idx.m_name + f.suffix,
                                                                   kUdfEntries[f.entry[vb]], fr);
@@ -199,7 +199,7 @@ void GenOutput::outputUserdefIndex(Class& cls, Index& idx) {
     mstring steps;
     for (unsigned int k = 0; k < seg.size(); k++) steps += "_" + seg[k].m_name;
     extkeyType(seg, m_sc, fr);
-    *m_h << fr.set("steps", steps).set("s", (long)s).fill(kExtkeyMacro);
+    fr.set("steps", steps).set("s", (long)s).fillTo(*m_h, kExtkeyMacro);
   }
 }
 
@@ -207,7 +207,7 @@ void GenOutput::outputUserdefFunction(const char* comment, const mstring& signat
                                       const char* entry, Frag& fr) {
   *m_udf << comment;
   userFunction(m_udf, signature);
-  *m_c << fr.set("fn", name).fill(entry);
+  fr.set("fn", name).fillTo(*m_c, entry);
 }
 
 void GenOutput::userFunction(IOutStream* os, const mstring& signature) {
@@ -222,8 +222,8 @@ void GenOutput::outputCollation() {
   Frag fr;
   fr.set("db", m_sc.m_dbname).set("n", (long)m_sc.m_collationsNum);
   head2(m_h, "Custom collation");
-  *m_h << fr.fill(kCollProto);
-  *m_c << fr.fill(kCollHead);
+  fr.fillTo(*m_h, kCollProto);
+  fr.fillTo(*m_c, kCollHead);
   for (ISet::HPos pos(m_sc.s_coll.first()); pos.valid(); pos.next()) {
     const Collation& coll = *static_cast<const Collation*>(pos.get().get());
     fr.set("coll", coll.m_name).set("order", (long)coll.order);
@@ -232,15 +232,15 @@ void GenOutput::outputCollation() {
       *m_c << fr.fill(kCollCompNull) << fr.fill(kCollHashNull);
       continue;
     }
-    *m_coll << fr.fill(kCollNote);
+    fr.fillTo(*m_coll, kCollNote);
     userFunction(m_coll, fr.fill(kCollCompare));
-    *m_c << fr.fill(kCollCompEntry);
+    fr.fillTo(*m_c, kCollCompEntry);
     if (coll.isTree) {
-      *m_c << fr.fill(kCollHashNull);
+      fr.fillTo(*m_c, kCollHashNull);
     } else {
       *m_udf << kCollHashNote;
       userFunction(m_coll, fr.fill(kCollHash));
-      *m_c << fr.fill(kCollHashEntry);
+      fr.fillTo(*m_c, kCollHashEntry);
     }
   }
   *m_c << kTableEnd;

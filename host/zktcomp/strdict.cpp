@@ -172,9 +172,9 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
   m_sc.n_d_inits = doublePos;
   if (intPos > 0) os << fr.set("count", (long)intPos + 1).set("values", ints.get()->retstr()).fill(kInitIntTable);
   if (stringPos > 0)
-    os << fr.set("count", (long)stringPos + 1).set("values", strings.get()->retstr()).fill(kInitStringTable);
+    fr.set("count", (long)stringPos + 1).set("values", strings.get()->retstr()).fillTo(os, kInitStringTable);
   if (doublePos > 0)
-    os << fr.set("count", (long)doublePos + 1).set("values", doubles.get()->retstr()).fill(kInitDoubleTable);
+    fr.set("count", (long)doublePos + 1).set("values", doubles.get()->retstr()).fillTo(os, kInitDoubleTable);
   if (openBlock) os << kOpenBlock;
   os << fields.get()->retstr() << "\n";
 }
@@ -182,7 +182,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
 void ClassDictCreator::printAllUsedStructs(IOutStream& os) {
   Frag fr;
   fr.set("n", (long)m_nStructs);
-  os << fr.fill(m_cmode1 ? kStructsHeadAssign : kStructsHeadStatic);
+  fr.fillTo(os, m_cmode1 ? kStructsHeadAssign : kStructsHeadStatic);
   for (unsigned int si = 0; si < v_allStructs.size(); si++) {
     const Struct& s = *v_allStructs[si];
     fr.set("struct", s.m_name).set("flags", (long)DictEnc::structFlags(s)).set("n_fields", (long)s.v_field.size());
@@ -190,7 +190,7 @@ void ClassDictCreator::printAllUsedStructs(IOutStream& os) {
     fr.set("c_size", compactText(s, s.m_layout.c.m_size)).set("c_align", text(s.m_layout.c.m_align));
     fr.set("u_size", text(s.m_layout.u.m_size)).set("u_align", text(s.m_layout.u.m_align));
     fr.set("end", mstring(si + 1 == v_allStructs.size() ? "}" : "},"));
-    os << fr.fill(m_cmode1 ? kStructAssign : kStructStatic);
+    fr.fillTo(os, m_cmode1 ? kStructAssign : kStructStatic);
   }
   if (!m_cmode1) os << kStructsEndStatic;
 }

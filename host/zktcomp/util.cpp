@@ -12,9 +12,18 @@
 
 // ---------------------------------------------------------------- mstring
 
-mstring::mstring(const mstring& other) : p(nullptr), allocated(0), length(0) {
-  set(other.p, other.size());
+// A copy is mostly stored, not extended: into a string without a buffer it
+// gets one that fits the text exactly.
+static void copyExact(mstring& to, const mstring& from) {
+  if (from.length == 0) return;
+  to.allocated = from.length + 1;
+  to.p = new char[to.allocated];
+  memcpy(to.p, from.p, from.length);
+  to.p[from.length] = 0;
+  to.length = from.length;
 }
+
+mstring::mstring(const mstring& other) : p(nullptr), allocated(0), length(0) { copyExact(*this, other); }
 
 mstring::mstring(const char* s) {
   length = (size_t)(int)strlen(s);
@@ -47,6 +56,10 @@ void mstring::take(mstring& other) {
 }
 
 mstring& mstring::operator=(const mstring& other) {
+  if (p == nullptr) {
+    copyExact(*this, other);
+    return *this;
+  }
   set(other.p, other.size());
   return *this;
 }
@@ -129,14 +142,17 @@ unsigned int mstring::bytes() const {
 
 bool mstring::startsWith(const char* s) const { return strncmp(p, s, strlen(s)) == 0; }
 
+// The left side is set, not copied: its buffer keeps room for the right one.
 mstring operator+(const mstring& a, const mstring& b) {
-  mstring r(a);
+  mstring r;
+  r.set(a.p, a.size());
   r += b;
   return r;
 }
 
 mstring operator+(const mstring& a, const char* b) {
-  mstring r(a);
+  mstring r;
+  r.set(a.p, a.size());
   if (b) r.add(b, strlen(b));
   return r;
 }
@@ -514,7 +530,8 @@ mstring Q(int n) { return Q(n2s(n)); }
 
 mstring adjust(const mstring& s, int lenWanted) {
   static const char kBlanks[] = "                                                                ";
-  mstring r(s);
+  mstring r;
+  r.set(s.p, s.size());  // with room for the blanks
   for (int i = (int)s.size(); i < lenWanted;) {
     const int n = lenWanted - i < 64 ? lenWanted - i : 64;
     r.add(kBlanks, (size_t)n);
@@ -652,8 +669,8 @@ mstring& Frag::slot(const char* name) {
 }
 
 Frag& Frag::set(const char* name, const mstring& value) {
-  mstring& v = slot(name);
-  v = value;
+  // Not an exact copy: a slot takes values of other lengths for every entity.
+  slot(name).set(value.p, value.size());
   return *this;
 }
 
@@ -666,6 +683,19 @@ Frag& Frag::set(const char* name, long value) {
 
 mstring Frag::fill(const char* text) const {
   mstring res;
+  fillInto(res, text);
+  return res;
+}
+
+void Frag::fillTo(IOutStream& os, const char* text) const {
+  // Emptied by hand: set() with no text would free the buffer.
+  static thread_local mstring scratch;
+  scratch.length = 0;
+  fillInto(scratch, text);
+  os << scratch;
+}
+
+void Frag::fillInto(mstring& res, const char* text) const {
   const char* from = text;
   for (const char* s = strchr(text, '{'); s != nullptr; s = strchr(s + 1, '{')) {
     if (!UT::nameBeg(s[1])) continue;
@@ -682,5 +712,4 @@ mstring Frag::fill(const char* text) const {
     from = e + 1;
   }
   res.add(from, strlen(from));
-  return res;
 }

@@ -284,6 +284,8 @@ public:
   Frag& set(const char* name, const mstring& value);
   Frag& set(const char* name, long value);
   mstring fill(const char* text) const;
+  // os << fill(text), through a buffer kept from call to call.
+  void fillTo(IOutStream& os, const char* text) const;
 
 private:
   struct Slot {
@@ -299,6 +301,7 @@ private:
     return (unsigned)(len * 7 + (unsigned char)name[0] * 3 + (unsigned char)name[len - 1]) & 63;
   }
   const Slot* find(const char* name, size_t len) const;
+  void fillInto(mstring& res, const char* text) const;  // appends the filled text
   mstring& slot(const char* name);  // the value of name, added empty when new
 };
 
