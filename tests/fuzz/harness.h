@@ -26,6 +26,8 @@ inline const KnownStop kKnownStops[] = {
     {"oid size unknown", "a ref field while the oid type has no size (a simple oid type): the layout stops"},
     {"An index on a vector of structs may only include one field of the structure.",
      "an index over two array or vector fields (tree<*> over two arrays): the dictionary encoder stops"},
+    {"Wrong sequence element type ", "a sequence of an element type it has no code for (sequence<blob>): the "
+     "dictionary's element codes stop"},
     {"Cannot open file ",
      "an output the file system refuses (a class name past its name limit makes the Java file name too long): "
      "the file stream stops with the ordinary error"},
