@@ -5,8 +5,12 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <stdint.h>
+
 #include <set>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "ierrrep.h"
 
@@ -97,7 +101,7 @@ void mstring::set(const char* s, size_t len) {
   length = len;
 }
 
-void mstring::add(const char* s, size_t len) {
+void mstring::addGrow(const char* s, size_t len) {
   if (p == nullptr) {
     set(s, len);
     return;
@@ -641,30 +645,148 @@ mstring A(const mstring& name, const FSize& value) { return name + "=" + UT::Q(v
 
 // ---------------------------------------------------------------- Frag
 
-// A name is compared by length first: most placeholders differ there, and
-// fill runs once per fragment of every generated function.
-const Frag::Slot* Frag::find(const char* name, size_t len) const {
-  if (len == 0) return nullptr;  // placeholders are never empty
-  const unsigned b = m_bucket[bucket(name, len)];
-  if (b != 0) {
-    const Slot& sl = v_slots[b - 1];
-    if (sl.len == len && memcmp(sl.name, name, len) == 0) return &sl;
+namespace {
+
+// Open addressing from a pointer to a number: power-of-two capacity, at most
+// half full, a null key marks a free cell.
+class PtrIndex {
+public:
+  int find(const void* key) const {
+    if (m_cells.empty()) return -1;
+    for (size_t i = hash(key) & (m_cells.size() - 1);; i = (i + 1) & (m_cells.size() - 1)) {
+      if (m_cells[i].key == key) return m_cells[i].value;
+      if (m_cells[i].key == nullptr) return -1;
+    }
   }
-  for (unsigned int i = 0; i < v_slots.size(); i++) {
-    const Slot& sl = v_slots[i];
-    if (sl.len == len && sl.name[0] == name[0] && memcmp(sl.name, name, len) == 0) return &sl;
+  void add(const void* key, int value) {
+    if (2 * (m_count + 1) > m_cells.size()) grow();
+    put(key, value);
+    m_count++;
   }
+
+private:
+  struct Cell {
+    const void* key = nullptr;
+    int value = 0;
+  };
+  std::vector<Cell> m_cells;
+  size_t m_count = 0;
+
+  static size_t hash(const void* key) {
+    unsigned long long x = (unsigned long long)(uintptr_t)key;
+    return (size_t)((x * 0x9E3779B97F4A7C15ull) >> 40);
+  }
+  void put(const void* key, int value) {
+    size_t i = hash(key) & (m_cells.size() - 1);
+    while (m_cells[i].key != nullptr) i = (i + 1) & (m_cells.size() - 1);
+    m_cells[i].key = key;
+    m_cells[i].value = value;
+  }
+  void grow() {
+    std::vector<Cell> old;
+    old.swap(m_cells);
+    m_cells.resize(old.empty() ? 256 : old.size() * 2);
+    for (const Cell& c : old)
+      if (c.key != nullptr) put(c.key, c.value);
+  }
+};
+
+// One run of a fragment text: literal text, then a placeholder by number;
+// the last run has no placeholder (id -1).
+struct FragPiece {
+  const char* lit;
+  size_t litLen;
+  int id;
+  const char* name;  // for the message of a placeholder never set
+  size_t nameLen;
+};
+
+// The placeholder names and fragment texts one thread has met. A name gets
+// its number from its text, so two literals of one name share it; pointers
+// are only the fast way there.
+class FragRegistry {
+public:
+  int nameId(const char* name) {
+    int id = m_names.find(name);
+    if (id < 0) {
+      id = idOfText(name, strlen(name));
+      m_names.add(name, id);
+    }
+    return id;
+  }
+
+  const FragPiece* pieces(const char* text) {
+    int n = m_texts.find(text);
+    if (n >= 0) {
+#ifdef ZKT_CHECK_FRAGMENTS
+      if (m_copies[(size_t)n] != text) IErrReporter::panic("fragment text changed at its address", false);
+#endif
+      return m_pieces[(size_t)n].data();
+    }
+    std::vector<FragPiece> v;
+    const char* from = text;
+    for (const char* s = strchr(text, '{'); s != nullptr; s = strchr(s + 1, '{')) {
+      if (!UT::nameBeg(s[1])) continue;
+      const char* e = s + 2;
+      while (UT::nameCont(*e)) e++;
+      if (*e != '}') continue;
+      const size_t len = (size_t)(e - s - 1);
+      v.push_back(FragPiece{from, (size_t)(s - from), idOfText(s + 1, len), s + 1, len});
+      s = e;
+      from = e + 1;
+    }
+    v.push_back(FragPiece{from, strlen(from), -1, nullptr, 0});
+    m_texts.add(text, (int)m_pieces.size());
+    m_pieces.push_back(std::move(v));
+#ifdef ZKT_CHECK_FRAGMENTS
+    m_copies.push_back(text);
+#endif
+    return m_pieces.back().data();
+  }
+
+private:
+  PtrIndex m_names;
+  PtrIndex m_texts;
+  std::unordered_map<std::string, int> m_byText;
+  std::vector<std::vector<FragPiece>> m_pieces;  // each run list stays put when this grows
+#ifdef ZKT_CHECK_FRAGMENTS
+  std::vector<std::string> m_copies;  // each text as first met, to catch one that was not a literal
+#endif
+
+  int idOfText(const char* name, size_t len) {
+    return m_byText.emplace(std::string(name, len), (int)m_byText.size()).first->second;
+  }
+};
+
+FragRegistry& fragRegistry() {
+  static thread_local FragRegistry registry;
+  return registry;
+}
+
+}  // namespace
+
+const Frag::Slot* Frag::find(int id) const {
+  for (unsigned h = (unsigned)id & (kTable - 1);; h = (h + 1) & (kTable - 1)) {
+    const unsigned b = m_table[h];
+    if (b == 0) break;
+    if (v_slots[b - 1].id == id) return &v_slots[b - 1];
+  }
+  for (unsigned int i = kIndexed; i < v_slots.size(); i++)
+    if (v_slots[i].id == id) return &v_slots[i];
   return nullptr;
 }
 
 mstring& Frag::slot(const char* name) {
-  const size_t len = strlen(name);
-  if (const Slot* sl = find(name, len)) return const_cast<Slot*>(sl)->value;
+  const int id = fragRegistry().nameId(name);
+  if (const Slot* sl = find(id)) return const_cast<Slot*>(sl)->value;
+  if (v_slots.size() == 0) v_slots.reserve(16);
   v_slots.push_back(Slot());
-  v_slots.back().name = name;
-  v_slots.back().len = len;
-  unsigned char& b = m_bucket[len != 0 ? bucket(name, len) : 0];
-  if (b == 0 && v_slots.size() < 256) b = (unsigned char)v_slots.size();
+  v_slots.back().id = id;
+  if (v_slots.size() <= kIndexed) {
+    unsigned h = (unsigned)id & (kTable - 1);
+    while (m_table[h] != 0) h = (h + 1) & (kTable - 1);
+    m_table[h] = (unsigned char)v_slots.size();
+  }
   return v_slots.back().value;
 }
 
@@ -696,20 +818,12 @@ void Frag::fillTo(IOutStream& os, const char* text) const {
 }
 
 void Frag::fillInto(mstring& res, const char* text) const {
-  const char* from = text;
-  for (const char* s = strchr(text, '{'); s != nullptr; s = strchr(s + 1, '{')) {
-    if (!UT::nameBeg(s[1])) continue;
-    const char* e = s + 2;
-    while (UT::nameCont(*e)) e++;
-    if (*e != '}') continue;
-    const size_t len = (size_t)(e - s - 1);
-    const Slot* sl = find(s + 1, len);
+  for (const FragPiece* pc = fragRegistry().pieces(text);; pc++) {
+    res.add(pc->lit, pc->litLen);
+    if (pc->id < 0) return;
+    const Slot* sl = find(pc->id);
     if (sl == nullptr)
-      IErrReporter::panic("undefined placeholder {" + mstring(s + 1, len) + "} in generated text", false);
-    res.add(from, (size_t)(s - from));
-    res += sl->value;
-    s = e;
-    from = e + 1;
+      IErrReporter::panic("undefined placeholder {" + mstring(pc->name, pc->nameLen) + "} in generated text", false);
+    res.add(sl->value.p, sl->value.length);
   }
-  res.add(from, strlen(from));
 }

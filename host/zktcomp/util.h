@@ -34,7 +34,18 @@ public:
   mstring& operator=(const mstring& other);
   mstring& operator=(mstring&& other) noexcept;
   void set(const char* s, size_t len);  // len 0 frees the buffer
-  void add(const char* s, size_t len);
+  // Appends in place while the buffer has room; s may point into this string.
+  void add(const char* s, size_t len) {
+    if (p != nullptr && len < allocated - length) {
+      if (len != 0) {
+        memcpy(p + length, s, len);
+        length += len;
+        p[length] = 0;
+      }
+      return;
+    }
+    addGrow(s, len);
+  }
   mstring& operator+=(const mstring& other);
   mstring& operator+=(char c);  // a NUL is appended like any byte
 
@@ -50,6 +61,7 @@ public:
 
 private:
   void take(mstring& other);  // this holds no buffer
+  void addGrow(const char* s, size_t len);
 };
 
 mstring operator+(const mstring& a, const mstring& b);
@@ -278,7 +290,10 @@ mstring A(const mstring& name, const FSize& value);
 // substituted value is never scanned again, and every brace that does not
 // enclose an identifier is literal text ("{{ctype}" is "{" then {ctype}).
 // A placeholder that was never set is an internal error.
-// Names are kept by pointer: pass literals (or text that outlives the Frag).
+// Names and fragment texts are kept by pointer: pass literals (or text that
+// outlives the thread). Each thread numbers the names it meets and cuts each
+// text once into literal runs and placeholder numbers, so filling a fragment
+// neither scans it nor compares names.
 class Frag {
 public:
   Frag& set(const char* name, const mstring& value);
@@ -289,18 +304,16 @@ public:
 
 private:
   struct Slot {
-    const char* name = nullptr;
-    size_t len = 0;
+    int id = 0;  // the name's number in this thread
     mstring value;
   };
   mvector<Slot> v_slots;
-  // 1 + the index of the first slot whose name hashes to each bucket; 0 for
-  // none. A name not in its bucket's slot is searched linearly.
-  unsigned char m_bucket[64] = {};
-  static unsigned bucket(const char* name, size_t len) {
-    return (unsigned)(len * 7 + (unsigned char)name[0] * 3 + (unsigned char)name[len - 1]) & 63;
-  }
-  const Slot* find(const char* name, size_t len) const;
+  // 1 + the index of the slot of each name number, open addressing over the
+  // first kIndexed slots; later slots are searched linearly.
+  static const unsigned kTable = 128;
+  static const unsigned kIndexed = 96;
+  unsigned char m_table[kTable] = {};
+  const Slot* find(int id) const;
   void fillInto(mstring& res, const char* text) const;  // appends the filled text
   mstring& slot(const char* name);  // the value of name, added empty when new
 };
