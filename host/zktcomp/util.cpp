@@ -16,12 +16,84 @@
 
 // ---------------------------------------------------------------- mstring
 
+// String buffers come in classes of 16 bytes. A freed buffer of up to
+// kPooledMax bytes waits on its class's list in the freeing thread, up to
+// kPoolBytes in all, for the next string of that class: generating text
+// makes and drops millions of short strings, and this spares the general
+// allocator. Sanitizer builds use plain new and delete, so that a use after
+// free stays visible.
+namespace {
+
+const size_t kPooledMax = 2048;
+const size_t kPoolBytes = 1 << 20;
+
+#ifndef ZKT_PLAIN_ALLOC
+// Plain data, so that a thread reaches it without an initialisation check.
+struct StrPool {
+  void* head[kPooledMax / 16 + 1];
+  size_t bytes;
+  bool closed;  // the thread is ending: free at once
+};
+thread_local StrPool t_pool;
+
+// Empties the pool when its thread ends; buffers freed after that go back at once.
+struct StrPoolDrain {
+  ~StrPoolDrain() {
+    t_pool.closed = true;
+    for (void*& h : t_pool.head) {
+      while (h != nullptr) {
+        void* next = *(void**)h;
+        delete[] (char*)h;
+        h = next;
+      }
+    }
+    t_pool.bytes = 0;
+  }
+};
+thread_local StrPoolDrain t_poolDrain;
+#endif
+
+// A buffer of at least cap bytes; cap becomes its real size.
+char* strAlloc(size_t& cap) {
+  cap = (cap + 15) & ~(size_t)15;
+#ifndef ZKT_PLAIN_ALLOC
+  if (cap <= kPooledMax) {
+    void*& h = t_pool.head[cap / 16];
+    if (h != nullptr) {
+      char* b = (char*)h;
+      h = *(void**)b;
+      t_pool.bytes -= cap;
+      return b;
+    }
+  }
+#endif
+  return new char[cap];
+}
+
+// Gives back a buffer of cap bytes (or of more: a size outside the classes is simply freed).
+void strFree(char* p, size_t cap) {
+  if (p == nullptr) return;
+#ifndef ZKT_PLAIN_ALLOC
+  if (cap <= kPooledMax && (cap & 15) == 0 && cap != 0 && !t_pool.closed && t_pool.bytes + cap <= kPoolBytes) {
+    if (t_pool.bytes == 0) (void)&t_poolDrain;  // registers the drain of this thread
+    void*& h = t_pool.head[cap / 16];
+    *(void**)p = h;
+    h = p;
+    t_pool.bytes += cap;
+    return;
+  }
+#endif
+  delete[] p;
+}
+
+}  // namespace
+
 // A copy is mostly stored, not extended: into a string without a buffer it
 // gets one that fits the text exactly.
 static void copyExact(mstring& to, const mstring& from) {
   if (from.length == 0) return;
   to.allocated = from.length + 1;
-  to.p = new char[to.allocated];
+  to.p = strAlloc(to.allocated);
   memcpy(to.p, from.p, from.length);
   to.p[from.length] = 0;
   to.length = from.length;
@@ -32,7 +104,7 @@ mstring::mstring(const mstring& other) : p(nullptr), allocated(0), length(0) { c
 mstring::mstring(const char* s) {
   length = (size_t)(int)strlen(s);
   allocated = length + 1;
-  p = new char[allocated];
+  p = strAlloc(allocated);
   memcpy(p, s, length);
   p[length] = 0;
 }
@@ -40,14 +112,14 @@ mstring::mstring(const char* s) {
 mstring::mstring(const char* s, size_t n) {
   length = n;
   allocated = n + 1;
-  p = new char[allocated];
+  p = strAlloc(allocated);
   memcpy(p, s, n);
   p[n] = 0;
 }
 
 mstring::mstring(mstring&& other) noexcept : p(nullptr), allocated(0), length(0) { take(other); }
 
-mstring::~mstring() { delete[] p; }
+mstring::~mstring() { strFree(p, allocated); }
 
 void mstring::take(mstring& other) {
   if (other.length == 0) return;
@@ -70,7 +142,7 @@ mstring& mstring::operator=(const mstring& other) {
 
 mstring& mstring::operator=(mstring&& other) noexcept {
   if (this == &other) return *this;
-  delete[] p;
+  strFree(p, allocated);
   p = nullptr;
   allocated = 0;
   length = 0;
@@ -80,7 +152,7 @@ mstring& mstring::operator=(mstring&& other) noexcept {
 
 void mstring::set(const char* s, size_t len) {
   if (len == 0) {
-    delete[] p;
+    strFree(p, allocated);
     p = nullptr;
     allocated = 0;
     length = 0;
@@ -89,9 +161,9 @@ void mstring::set(const char* s, size_t len) {
   if (len >= allocated) {
     size_t cap = len + 100;
     if (cap < allocated * 2) cap = allocated * 2;
-    char* fresh = new char[cap];
+    char* fresh = strAlloc(cap);
     memcpy(fresh, s, len);  // s may point into the old buffer: copy before freeing
-    delete[] p;
+    strFree(p, allocated);
     p = fresh;
     allocated = cap;
   } else {
@@ -110,10 +182,10 @@ void mstring::addGrow(const char* s, size_t len) {
   if (newlen >= allocated) {
     size_t cap = newlen + 200;
     if (cap < allocated * 2) cap = allocated * 2;
-    char* fresh = new char[cap];
+    char* fresh = strAlloc(cap);
     memcpy(fresh, p, length);
     if (len) memcpy(fresh + length, s, len);  // s may point into the old buffer
-    delete[] p;
+    strFree(p, allocated);
     p = fresh;
     allocated = cap;
   } else if (len) {
@@ -293,38 +365,75 @@ mstring IOutStream::retstr() { return mstring(); }
 
 namespace {
 
+// Generated files run to megabytes of small writes: they collect in a
+// buffer of kBuf bytes that goes to the file in one write when full.
 class ZktOFstream : public IOutStream {
 public:
   FILE* fs;
   ZktOFstream(const mstring& name, bool binary) : fs(fopen(name.c_str(), binary ? "wb" : "w")) {
     if (fs == nullptr) IErrReporter::panic(mstring("Cannot open file ") + name, true);
-    setvbuf(fs, nullptr, _IOFBF, 1 << 20);  // generated files run to megabytes
+    setvbuf(fs, nullptr, _IONBF, 0);  // the buffer below is the only one
+    m_buf = new char[kBuf];
   }
   ~ZktOFstream() override {
-    if (fs) fclose(fs);
+    if (fs) {
+      drain();
+      fclose(fs);
+    }
+    delete[] m_buf;
   }
   // Text up to its first NUL, as fputs would write it.
-  IOutStream& operator<<(const mstring& s) override { return *this << s.c_str(); }
+  IOutStream& operator<<(const mstring& s) override {
+    if (s.p == nullptr) return *this;
+    const void* nul = memchr(s.p, 0, s.length);
+    put(s.p, nul != nullptr ? (size_t)((const char*)nul - s.p) : s.length);
+    return *this;
+  }
   IOutStream& operator<<(const char* s) override {
-    fwrite(s, 1, strlen(s), fs);
+    put(s, strlen(s));
     return *this;
   }
   IOutStream& operator<<(long n) override {
     char buf[24];
-    fwrite(buf, 1, UT::decimal(n, buf), fs);
+    put(buf, UT::decimal(n, buf));
     return *this;
   }
   IOutStream& operator<<(unsigned long n) override {
-    fprintf(fs, "%lu", n);
+    char buf[24];
+    put(buf, (size_t)snprintf(buf, sizeof buf, "%lu", n));
     return *this;
   }
   IOutStream& operator<<(char c) override {
-    fputc(c, fs);
+    put(&c, 1);
     return *this;
   }
   IOutStream& operator<<(long long n) override { return *this << (long)n; }
   bool good() override { return fs != nullptr; }
-  bool flush() override { return fflush(fs) == 0 && !ferror(fs); }
+  bool flush() override {
+    drain();
+    return fflush(fs) == 0 && !ferror(fs);
+  }
+
+private:
+  static const size_t kBuf = 1 << 20;
+  char* m_buf;
+  size_t m_len = 0;
+
+  void put(const char* s, size_t n) {
+    if (n > kBuf - m_len) {
+      drain();
+      if (n >= kBuf) {
+        (void)fwrite(s, 1, n, fs);
+        return;
+      }
+    }
+    memcpy(m_buf + m_len, s, n);
+    m_len += n;
+  }
+  void drain() {
+    if (m_len != 0) (void)fwrite(m_buf, 1, m_len, fs);
+    m_len = 0;
+  }
 };
 
 class ZktOstringstream : public IOutStream {
@@ -776,29 +885,53 @@ const Frag::Slot* Frag::find(int id) const {
   return nullptr;
 }
 
-mstring& Frag::slot(const char* name) {
+void Frag::put(const char* name, const char* value, size_t len) {
   const int id = fragRegistry().nameId(name);
-  if (const Slot* sl = find(id)) return const_cast<Slot*>(sl)->value;
-  if (v_slots.size() == 0) v_slots.reserve(16);
-  v_slots.push_back(Slot());
-  v_slots.back().id = id;
-  if (v_slots.size() <= kIndexed) {
-    unsigned h = (unsigned)id & (kTable - 1);
-    while (m_table[h] != 0) h = (h + 1) & (kTable - 1);
-    m_table[h] = (unsigned char)v_slots.size();
+  Slot* sl = const_cast<Slot*>(find(id));
+  if (sl == nullptr) {
+    if (v_slots.size() == 0) v_slots.reserve(32);
+    v_slots.push_back(Slot{id, 0, 0, 0});
+    sl = &v_slots.back();
+    if (v_slots.size() <= kIndexed) {
+      unsigned h = (unsigned)id & (kTable - 1);
+      while (m_table[h] != 0) h = (h + 1) & (kTable - 1);
+      m_table[h] = (unsigned char)v_slots.size();
+    }
   }
-  return v_slots.back().value;
+  if (len > sl->cap) {
+    if (m_text.length + len > m_limit) compact();
+    sl->off = (unsigned)m_text.length;
+    sl->cap = (unsigned)len;
+    m_text.add(value, len);
+  } else if (len != 0) {
+    memcpy(m_text.p + sl->off, value, len);
+  }
+  sl->len = (unsigned)len;
+}
+
+// Drops the room of values that moved: a Frag reused for many entities
+// keeps a text of about its current values.
+void Frag::compact() {
+  mstring text;
+  for (unsigned int i = 0; i < v_slots.size(); i++) {
+    Slot& sl = v_slots[i];
+    const unsigned off = (unsigned)text.length;
+    text.add(m_text.p + sl.off, sl.len);
+    sl.off = off;
+    sl.cap = sl.len;
+  }
+  m_text = std::move(text);
+  m_limit = 2 * m_text.length + 65536;
 }
 
 Frag& Frag::set(const char* name, const mstring& value) {
-  // Not an exact copy: a slot takes values of other lengths for every entity.
-  slot(name).set(value.p, value.size());
+  put(name, value.p, value.length);
   return *this;
 }
 
 Frag& Frag::set(const char* name, long value) {
   char buf[24];
-  slot(name).set(buf, UT::decimal((long long)value, buf));
+  put(name, buf, UT::decimal((long long)value, buf));
   return *this;
 }
 
@@ -824,6 +957,6 @@ void Frag::fillInto(mstring& res, const char* text) const {
     const Slot* sl = find(pc->id);
     if (sl == nullptr)
       IErrReporter::panic("undefined placeholder {" + mstring(pc->name, pc->nameLen) + "} in generated text", false);
-    res.add(sl->value.p, sl->value.length);
+    res.add(m_text.p + sl->off, sl->len);
   }
 }

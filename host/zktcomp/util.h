@@ -303,11 +303,17 @@ public:
   void fillTo(IOutStream& os, const char* text) const;
 
 private:
+  // A value lives in m_text at off, in room for cap bytes; a longer value
+  // for the same name moves to the end.
   struct Slot {
-    int id = 0;  // the name's number in this thread
-    mstring value;
+    int id;  // the name's number in this thread
+    unsigned off;
+    unsigned len;
+    unsigned cap;
   };
   mvector<Slot> v_slots;
+  mstring m_text;
+  size_t m_limit = 65536;  // m_text beyond this is compacted first
   // 1 + the index of the slot of each name number, open addressing over the
   // first kIndexed slots; later slots are searched linearly.
   static const unsigned kTable = 128;
@@ -315,7 +321,8 @@ private:
   unsigned char m_table[kTable] = {};
   const Slot* find(int id) const;
   void fillInto(mstring& res, const char* text) const;  // appends the filled text
-  mstring& slot(const char* name);  // the value of name, added empty when new
+  void put(const char* name, const char* value, size_t len);
+  void compact();
 };
 
 #endif
