@@ -28,6 +28,9 @@ inline const KnownStop kKnownStops[] = {
      "an index over two array or vector fields (tree<*> over two arrays): the dictionary encoder stops"},
     {"Wrong sequence element type ", "a sequence of an element type it has no code for (sequence<blob>): the "
      "dictionary's element codes stop"},
+    {"illegal index field type",
+     "a key part of a category that has no C form (a user-defined index on the autoid, a collation on a blob): the "
+     "generator stops"},
     {"Cannot open file ",
      "an output the file system refuses (a class name past its name limit makes the Java file name too long): "
      "the file stream stops with the ordinary error"},
