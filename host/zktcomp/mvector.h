@@ -2,14 +2,17 @@
 #ifndef ZKTCOMP_MVECTOR_H
 #define ZKTCOMP_MVECTOR_H
 
+#include <new>
 #include <utility>
 
-// A growable array of constructed slots. No bounds checks anywhere: an index
-// beyond len but below allocated reads a stale element that an earlier shrink,
-// remove or pop_back left behind. T needs a default constructor and assignment.
+// A growable array. No bounds checks anywhere: an index beyond len but below
+// the slots ever used reads a stale element that an earlier shrink, remove or
+// pop_back left behind. T needs a default constructor and assignment.
 //
 // Capacity grows geometrically so that n push_backs cost O(n); what stays
 // observable (values, order, len, stale slots) does not depend on capacity.
+// Slots are constructed when first used (the first `built` ones), so growing
+// an array of large records does not construct records nobody reads.
 template <class T>
 class mvector {
 public:
@@ -17,12 +20,12 @@ public:
   unsigned int len;
   unsigned int allocated;
 
-  mvector() : ptr(nullptr), len(0), allocated(0) {}
-  explicit mvector(unsigned int n) : ptr(nullptr), len(0), allocated(0) { resize(n, T()); }
-  ~mvector() { delete[] ptr; }
+  mvector() : ptr(nullptr), len(0), allocated(0), built(0) {}
+  explicit mvector(unsigned int n) : ptr(nullptr), len(0), allocated(0), built(0) { resize(n, T()); }
+  ~mvector() { release(); }
 
   // Copying goes through copyfrom, like assignment.
-  mvector(const mvector& other) : ptr(nullptr), len(0), allocated(0) { copyfrom(other); }
+  mvector(const mvector& other) : ptr(nullptr), len(0), allocated(0), built(0) { copyfrom(other); }
 
   unsigned int size() const { return len; }
   T& operator[](unsigned int i) { return ptr[i]; }
@@ -41,7 +44,7 @@ public:
       while (cap < n) cap = cap > 0x7fffffffu ? n : cap * 2;
       reallocate(cap);
     }
-    for (unsigned int i = len; i < n; i++) ptr[i] = fill;
+    for (unsigned int i = len; i < n; i++) store(i, fill);
     len = n;
   }
 
@@ -53,29 +56,35 @@ public:
   // Drops the unused capacity, stale slots included: only for a vector whose
   // slots behind len are never read.
   void shrink_to_fit() {
-    if (len < allocated && len > 0) reallocate(len);
+    if (len < allocated && len > 0) {
+      for (unsigned int i = len; i < built; i++) ptr[i].~T();
+      built = len;
+      reallocate(len);
+    }
   }
 
   void push_back(const T& x) {
     if (len < allocated) {
-      ptr[len] = x;
+      store(len, x);
       len++;
       return;
     }
-    T copy(x);  // x may point into the array that resize replaces
-    resize(len + 1, T());
-    ptr[len - 1] = std::move(copy);
+    T copy(x);  // x may point into the array that reallocate replaces
+    grow();
+    store(len, std::move(copy));
+    len++;
   }
 
   void push_back(T&& x) {
     if (len < allocated) {
-      ptr[len] = std::move(x);
+      store(len, std::move(x));
       len++;
       return;
     }
     T taken(std::move(x));
-    resize(len + 1, T());
-    ptr[len - 1] = std::move(taken);
+    grow();
+    store(len, std::move(taken));
+    len++;
   }
 
   // Only lowers len; on an empty vector len wraps around.
@@ -102,29 +111,55 @@ public:
   }
 
 private:
-  // Moves the len values into a fresh array of cap default-constructed slots.
+  unsigned int built;  // slots [0, built) hold constructed objects
+
+  // Assigns slot i, constructing it when it is new.
+  template <class V>
+  void store(unsigned int i, V&& v) {
+    if (i < built) {
+      ptr[i] = std::forward<V>(v);
+    } else {
+      new (ptr + i) T(std::forward<V>(v));  // slots are used in order: i == built
+      built = i + 1;
+    }
+  }
+
+  void grow() {
+    unsigned int cap = allocated < 4 ? 4 : allocated;
+    while (cap < len + 1) cap = cap > 0x7fffffffu ? len + 1 : cap * 2;
+    reallocate(cap);
+  }
+
+  // Moves the constructed slots, stale ones included, into fresh room for cap.
   void reallocate(unsigned int cap) {
-    T* fresh = new T[cap];
-    for (unsigned int i = 0; i < len; i++) fresh[i] = std::move(ptr[i]);
-    delete[] ptr;
+    T* fresh = static_cast<T*>(::operator new(sizeof(T) * (size_t)cap));
+    for (unsigned int i = 0; i < built; i++) {
+      new (fresh + i) T(std::move(ptr[i]));
+      ptr[i].~T();
+    }
+    ::operator delete(ptr);
     ptr = fresh;
     allocated = cap;
+  }
+
+  void release() {
+    for (unsigned int i = 0; i < built; i++) ptr[i].~T();
+    ::operator delete(ptr);
+    ptr = nullptr;
+    len = 0;
+    allocated = 0;
+    built = 0;
   }
 
 public:
   // No self-assignment test: the first step empties the source too, so a
   // vector assigned to itself comes out empty.
   void copyfrom(const mvector& other) {
-    if (ptr) {
-      delete[] ptr;
-      ptr = nullptr;
-      len = 0;
-      allocated = 0;
-    }
+    if (ptr) release();
     allocated = other.len;
-    ptr = new T[allocated];
+    ptr = allocated != 0 ? static_cast<T*>(::operator new(sizeof(T) * (size_t)allocated)) : nullptr;
+    for (unsigned int i = 0; i < other.len; i++) store(i, other.ptr[i]);
     len = other.len;
-    for (unsigned int i = 0; i < len; i++) ptr[i] = other.ptr[i];
   }
 };
 
@@ -162,6 +197,29 @@ void sort_vector(mvector<T>& v) {
     swap_heap(v, 0, (unsigned int)i);
     down_heap(v, 0, (unsigned int)i);
   }
+}
+
+// The same sort for records that are dear to move: the heap holds positions,
+// compared through the records, so the order comes out exactly as above and
+// every record then moves once.
+template <class T>
+struct SortRef {
+  const T* p;
+  bool operator<(const SortRef& o) const { return *p < *o.p; }
+};
+
+template <class T>
+void sort_vector_by_ref(mvector<T>& v) {
+  const unsigned int n = v.size();
+  if (n < 2) return;
+  mvector<SortRef<T>> refs;
+  refs.reserve(n);
+  for (unsigned int i = 0; i < n; i++) refs.push_back(SortRef<T>{&v[i]});
+  sort_vector(refs);
+  mvector<T> sorted;
+  sorted.reserve(n);
+  for (unsigned int i = 0; i < n; i++) sorted.push_back(std::move(*const_cast<T*>(refs[i].p)));
+  for (unsigned int i = 0; i < n; i++) v[i] = std::move(sorted[i]);
 }
 
 #endif

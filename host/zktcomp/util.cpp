@@ -58,11 +58,12 @@ char* strAlloc(size_t& cap) {
   cap = (cap + 15) & ~(size_t)15;
 #ifndef ZKT_PLAIN_ALLOC
   if (cap <= kPooledMax) {
-    void*& h = t_pool.head[cap / 16];
+    StrPool& pool = t_pool;
+    void*& h = pool.head[cap / 16];
     if (h != nullptr) {
       char* b = (char*)h;
       h = *(void**)b;
-      t_pool.bytes -= cap;
+      pool.bytes -= cap;
       return b;
     }
   }
@@ -74,12 +75,13 @@ char* strAlloc(size_t& cap) {
 void strFree(char* p, size_t cap) {
   if (p == nullptr) return;
 #ifndef ZKT_PLAIN_ALLOC
-  if (cap <= kPooledMax && (cap & 15) == 0 && cap != 0 && !t_pool.closed && t_pool.bytes + cap <= kPoolBytes) {
-    if (t_pool.bytes == 0) (void)&t_poolDrain;  // registers the drain of this thread
-    void*& h = t_pool.head[cap / 16];
+  StrPool& pool = t_pool;
+  if (cap <= kPooledMax && (cap & 15) == 0 && cap != 0 && !pool.closed && pool.bytes + cap <= kPoolBytes) {
+    if (pool.bytes == 0) (void)&t_poolDrain;  // registers the drain of this thread
+    void*& h = pool.head[cap / 16];
     *(void**)p = h;
     h = p;
-    t_pool.bytes += cap;
+    pool.bytes += cap;
     return;
   }
 #endif
@@ -119,7 +121,7 @@ mstring::mstring(const char* s, size_t n) {
 
 mstring::mstring(mstring&& other) noexcept : p(nullptr), allocated(0), length(0) { take(other); }
 
-mstring::~mstring() { strFree(p, allocated); }
+void mstring::release() { strFree(p, allocated); }
 
 void mstring::take(mstring& other) {
   if (other.length == 0) return;

@@ -29,7 +29,9 @@ public:
   // Moving takes the buffer; the source is left empty. An empty source gives
   // a null p, as a copy would.
   mstring(mstring&& other) noexcept;
-  ~mstring();
+  ~mstring() {
+    if (p != nullptr) release();
+  }
 
   mstring& operator=(const mstring& other);
   mstring& operator=(mstring&& other) noexcept;
@@ -62,6 +64,7 @@ public:
 private:
   void take(mstring& other);  // this holds no buffer
   void addGrow(const char* s, size_t len);
+  void release();  // gives the buffer back
 };
 
 mstring operator+(const mstring& a, const mstring& b);
