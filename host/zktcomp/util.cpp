@@ -24,10 +24,10 @@
 // free stays visible.
 namespace {
 
+#ifndef ZKT_PLAIN_ALLOC
 const size_t kPooledMax = 2048;
 const size_t kPoolBytes = 1 << 20;
 
-#ifndef ZKT_PLAIN_ALLOC
 // Plain data, so that a thread reaches it without an initialisation check.
 struct StrPool {
   void* head[kPooledMax / 16 + 1];
@@ -84,6 +84,8 @@ void strFree(char* p, size_t cap) {
     pool.bytes += cap;
     return;
   }
+#else
+  (void)cap;
 #endif
   delete[] p;
 }
