@@ -246,6 +246,10 @@ static void renameEnumFields(Struct& s) {
 }
 
 void GenOutput::calculateFormating() {
+  // Names change below: the sets find by order from now on.
+  m_sc.s_enum.get()->keysChanged();
+  m_sc.s_class.get()->keysChanged();
+  m_sc.s_struct.get()->keysChanged();
   for (ISet::HPos pos(m_sc.s_enum.first()); pos.valid(); pos.next()) {
     Enum& e = *static_cast<Enum*>(pos.get().get());
     e.m_name = nameWithPrefix(e.m_name);

@@ -34,6 +34,7 @@ public:
     bool less(const IComparable* other) const override {
       return m_name < static_cast<const Macros*>(other)->m_name;
     }
+    const mstring* key() const override { return &m_name; }
   };
 
   // dir (the output directory) is accepted for the caller's sake and not used.

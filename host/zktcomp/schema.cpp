@@ -313,18 +313,29 @@ bool Collation::less(const IComparable* other) const {
 
 // ---------------------------------------------------------------- Schema lookups
 
-// Each lookup searches its set through a probe object of the set's kind.
+// Each lookup goes by hash while its set allows, else through a probe object
+// of the set's kind.
 Struct* Schema::findType(const mstring& name) {
-  Struct probe;
-  probe.m_name = name;
-  HIComparable* h = s_struct.get()->find(probe);
+  HIComparable* h;
+  if (s_struct.get()->keyed()) {
+    h = s_struct.get()->findKey(name);
+  } else {
+    Struct probe;
+    probe.m_name = name;
+    h = s_struct.get()->find(probe);
+  }
   return h ? static_cast<Struct*>(h->get()) : nullptr;
 }
 
 Class* Schema::findClass(const mstring& name) {
-  Class probe;
-  probe.m_name = name;
-  HIComparable* h = s_class.get()->find(probe);
+  HIComparable* h;
+  if (s_class.get()->keyed()) {
+    h = s_class.get()->findKey(name);
+  } else {
+    Class probe;
+    probe.m_name = name;
+    h = s_class.get()->find(probe);
+  }
   return h ? static_cast<Class*>(h->get()) : nullptr;
 }
 

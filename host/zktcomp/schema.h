@@ -324,6 +324,7 @@ public:
   ~Struct() override {}
 
   bool less(const IComparable* other) const override;
+  const mstring* key() const override { return &m_name; }
   Field* findField(const mstring& name);  // the first field of that name, or null
   void addOwner(Class* cls);
   void dump(IOutStream& os, int ind) const;
@@ -414,6 +415,7 @@ public:
   int minVal = 0;
   int maxVal = 0;
   bool less(const IComparable* other) const override;
+  const mstring* key() const override { return &m_name; }
 };
 
 class Collation : public IComparable {
@@ -424,6 +426,7 @@ public:
   bool suppressed = true;
   bool isTree = true;
   bool less(const IComparable* other) const override;
+  const mstring* key() const override { return &m_name; }
 };
 
 struct CalcEl {

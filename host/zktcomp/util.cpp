@@ -306,24 +306,42 @@ public:
 // Holds every object twice: els in order of insertion (iteration, size) and
 // sorted_els ordered by less (add, find, remove). The sorted side is a
 // balanced tree so that a schema with many types stays fast to compile.
+// Objects ordered by name alone are also in a hash index by their name, text
+// up to its first NUL as strcmp sees it; it answers finds until an object
+// without a key arrives or names may have changed.
 class SetImpl : public ISet {
 public:
   mvector<HIComparable> els;
   std::set<HIComparable, ByLess> sorted_els;
+  std::unordered_map<std::string, HIComparable*> by_key;
+  bool m_keyed = true;
 
   ~SetImpl() override {
     for (unsigned int i = 0; i < els.len; i++) els[i] = HIComparable();
+    by_key.clear();
     sorted_els.clear();
   }
 
   bool add(const HIComparable& obj) override {
-    if (!sorted_els.insert(obj).second) return false;  // the object that came first stays
+    auto r = sorted_els.insert(obj);
+    if (!r.second) return false;  // the object that came first stays
+    if (m_keyed) {
+      const mstring* k = obj.get() != nullptr ? obj.get()->key() : nullptr;
+      if (k != nullptr) by_key.emplace(k->c_str(), const_cast<HIComparable*>(&*r.first));
+      else keysChanged();
+    }
     els.push_back(obj);
     return true;
   }
 
-  HIComparable* find(const HIComparable& obj) override { return found(sorted_els.find(obj)); }
-  HIComparable* find(const IComparable& obj) override { return found(sorted_els.find(obj)); }
+  HIComparable* find(const HIComparable& obj) override {
+    if (m_keyed && obj.get() != nullptr && obj.get()->key() != nullptr) return findKey(*obj.get()->key());
+    return found(sorted_els.find(obj));
+  }
+  HIComparable* find(const IComparable& obj) override {
+    if (m_keyed && obj.key() != nullptr) return findKey(*obj.key());
+    return found(sorted_els.find(obj));
+  }
 
   int size() const override { return (int)els.size(); }
 
@@ -331,10 +349,22 @@ public:
   // iteration and size still show it.
   void remove(const IComparable& obj) override {
     auto it = sorted_els.find(obj);
-    if (it != sorted_els.end()) sorted_els.erase(it);
+    if (it == sorted_els.end()) return;
+    if (m_keyed) by_key.erase(it->get()->key()->c_str());
+    sorted_els.erase(it);
   }
 
   Pos* first() const override { return new PosImpl(this); }
+
+  bool keyed() const override { return m_keyed; }
+  HIComparable* findKey(const mstring& key) override {
+    auto it = by_key.find(key.c_str());
+    return it == by_key.end() ? nullptr : it->second;
+  }
+  void keysChanged() override {
+    m_keyed = false;
+    by_key.clear();
+  }
 
 private:
   HIComparable* found(std::set<HIComparable, ByLess>::iterator it) {

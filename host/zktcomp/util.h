@@ -90,6 +90,9 @@ public:
   IComparable() : count(0) {}
   virtual ~IComparable() {}
   virtual bool less(const IComparable* other) const = 0;
+  // The name that less compares, for objects ordered by name alone; null
+  // for others. Sets index such objects by it.
+  virtual const mstring* key() const { return nullptr; }
 };
 
 class HIComparable {
@@ -137,6 +140,12 @@ public:
   virtual int size() const = 0;
   virtual void remove(const IComparable& obj) = 0;
   virtual Pos* first() const = 0;
+  // While every object has a key and none was renamed, the object of a name
+  // is found by hash: findKey answers like find, and keyed() says it may.
+  virtual bool keyed() const = 0;
+  virtual HIComparable* findKey(const mstring& key) = 0;
+  // The names of the objects may change from now on: finds go by less alone.
+  virtual void keysChanged() = 0;
   static ISet* create();
 };
 
