@@ -4,6 +4,8 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <memory>
+
 #include "analyzer.h"
 #include "buildout.h"
 #include "errrep.h"
@@ -79,8 +81,10 @@ bool Job::compile() {
   rep.setFinalCallback(&cbk);
 
   Parser parser(inp, inputFile, &rep, incDir, outDir);
-  Analyzer analyzer(parser, allCompact, genSQL, genPersistent, genTransient, genAtomic, &cbk, largeDatabase,
-                    target_sizeof_zkt_size_t, largeDatabase || nosort, nosort, wcharSize, suppress_api);
+  std::unique_ptr<Analyzer> owned(new Analyzer(parser, allCompact, genSQL, genPersistent, genTransient, genAtomic,
+                                               &cbk, largeDatabase, target_sizeof_zkt_size_t,
+                                               largeDatabase || nosort, nosort, wcharSize, suppress_api));
+  Analyzer& analyzer = *owned;
   analyzer.analyze();
   analyzer.doChecks();
   analyzer.getSchema();
@@ -101,5 +105,8 @@ bool Job::compile() {
   finishOutputs(rep, genout.m_files_created, parser.m_prepr.m_opened);
 
   rep.setFinalCallback(nullptr);
+#ifndef ZKT_PLAIN_ALLOC  // leak checkers would count the model
+  if (processEnds) (void)owned.release();
+#endif
   return true;
 }

@@ -514,6 +514,7 @@ public:
   IOutStream& operator<<(char) override { return *this; }
   IOutStream& operator<<(long long) override { return *this; }
   bool good() override { return true; }
+  bool discards() const override { return true; }
 };
 
 // A second name for a stream it doesn't own; returns itself, not the target.
@@ -528,6 +529,7 @@ public:
   IOutStream& operator<<(char c) override { return fwd(c); }
   IOutStream& operator<<(long long n) override { return fwd(n); }
   bool good() override { return os1->good(); }
+  bool discards() const override { return os1->discards(); }
 
 private:
   template <class V>
@@ -557,6 +559,7 @@ public:
   IOutStream& operator<<(char c) override { return fwd(c); }
   IOutStream& operator<<(long long n) override { return fwd(n); }
   bool good() override { return os1->good() && os2->good(); }
+  bool discards() const override { return os1->discards() && os2->discards(); }
 
 private:
   template <class V>
@@ -625,6 +628,13 @@ mvector<mstring> splitName(const mstring& name, char sep) {
 }
 
 size_t decimal(long long n, char* buf) {
+  if (n >= 0 && n < 100) {  // most numbers in generated text
+    size_t len = 0;
+    if (n >= 10) buf[len++] = (char)('0' + n / 10);
+    buf[len++] = (char)('0' + n % 10);
+    buf[len] = 0;
+    return len;
+  }
   char digits[20];
   unsigned long long u = n < 0 ? 0ULL - (unsigned long long)n : (unsigned long long)n;
   size_t k = 0;
@@ -977,6 +987,12 @@ mstring Frag::fill(const char* text) const {
 }
 
 void Frag::fillTo(IOutStream& os, const char* text) const {
+  if (os.discards()) {  // nothing to write, but a missing placeholder is still an error
+    for (const FragPiece* pc = fragRegistry().pieces(text); pc->id >= 0; pc++)
+      if (find(pc->id) == nullptr)
+        IErrReporter::panic("undefined placeholder {" + mstring(pc->name, pc->nameLen) + "} in generated text", false);
+    return;
+  }
   // Emptied by hand: set() with no text would free the buffer.
   static thread_local mstring scratch;
   scratch.length = 0;

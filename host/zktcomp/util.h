@@ -188,6 +188,8 @@ public:
   virtual mstring retstr();  // empty but for the string stream
   // Writes out what is buffered; false when a write failed (a full disk).
   virtual bool flush() { return true; }
+  // True for a stream that drops everything written to it.
+  virtual bool discards() const { return false; }
 
   IOutStream& operator<<(char* s) { return *this << (const char*)s; }
   IOutStream& operator<<(int n) { return *this << (long)n; }
