@@ -62,6 +62,11 @@ void Analyzer::applySuppressList(Struct& s, const mstring& name) {
 }
 
 bool Analyzer::hasFieldNamed(const Struct& s, const mstring& name) {
+  if (s.v_field.size() <= 16) {  // a short list is searched faster than hashed
+    for (unsigned int i = 0; i < s.v_field.size(); i++)
+      if (strcmp(s.v_field[i].m_name.c_str(), name.c_str()) == 0) return true;
+    return false;
+  }
   if (m_fieldNamesOf != &s || m_fieldNamesCount > s.v_field.size()) {
     m_fieldNames = StringSet();
     m_fieldNamesOf = &s;

@@ -89,7 +89,7 @@ Parser::Parser(FILE* inp, const mstring& name, IErrReporter* rep, const mstring&
 // line, reading lines as needed; a token never spans two lines.
 mstring Parser::get() {
   if (v_taken.size()) {
-    mstring t = v_taken.back();
+    mstring t = std::move(v_taken.back());
     v_taken.pop_back();
     return t;
   }
@@ -111,7 +111,7 @@ mstring Parser::get() {
   return token;
 }
 
-void Parser::takeBack(mstring& t) { v_taken.push_back(t); }
+void Parser::takeBack(mstring& t) { v_taken.push_back(std::move(t)); }
 
 bool Parser::match(const mstring& sample) {
   if (get() != sample) error1("expected #1", sample, m_pos);

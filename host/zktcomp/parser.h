@@ -33,7 +33,7 @@ public:
   Parser(FILE* inp, const mstring& name, IErrReporter* rep, const mstring& includeDir, const mstring& dir);
 
   mstring get();  // empty only at the end of the input
-  void takeBack(mstring& t);
+  void takeBack(mstring& t);  // takes the text of t, which is left empty
   bool match(const mstring& sample);  // true, or the error "expected #1"
   mstring getName();
   unsigned int getNum();

@@ -121,19 +121,8 @@ mstring::mstring(const char* s, size_t n) {
   p[n] = 0;
 }
 
-mstring::mstring(mstring&& other) noexcept : p(nullptr), allocated(0), length(0) { take(other); }
-
 void mstring::release() { strFree(p, allocated); }
 
-void mstring::take(mstring& other) {
-  if (other.length == 0) return;
-  p = other.p;
-  allocated = other.allocated;
-  length = other.length;
-  other.p = nullptr;
-  other.allocated = 0;
-  other.length = 0;
-}
 
 mstring& mstring::operator=(const mstring& other) {
   if (p == nullptr) {
@@ -141,16 +130,6 @@ mstring& mstring::operator=(const mstring& other) {
     return *this;
   }
   set(other.p, other.size());
-  return *this;
-}
-
-mstring& mstring::operator=(mstring&& other) noexcept {
-  if (this == &other) return *this;
-  strFree(p, allocated);
-  p = nullptr;
-  allocated = 0;
-  length = 0;
-  take(other);
   return *this;
 }
 
@@ -201,11 +180,6 @@ void mstring::addGrow(const char* s, size_t len) {
 
 mstring& mstring::operator+=(const mstring& other) {
   add(other.p, other.length);
-  return *this;
-}
-
-mstring& mstring::operator+=(char c) {
-  add(&c, 1);
   return *this;
 }
 

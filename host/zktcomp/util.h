@@ -28,13 +28,21 @@ public:
   mstring(const char* s, size_t n);
   // Moving takes the buffer; the source is left empty. An empty source gives
   // a null p, as a copy would.
-  mstring(mstring&& other) noexcept;
+  mstring(mstring&& other) noexcept : p(nullptr), allocated(0), length(0) { take(other); }
   ~mstring() {
     if (p != nullptr) release();
   }
 
   mstring& operator=(const mstring& other);
-  mstring& operator=(mstring&& other) noexcept;
+  mstring& operator=(mstring&& other) noexcept {
+    if (this == &other) return *this;
+    if (p != nullptr) release();
+    p = nullptr;
+    allocated = 0;
+    length = 0;
+    take(other);
+    return *this;
+  }
   void set(const char* s, size_t len);  // len 0 frees the buffer
   // Appends in place while the buffer has room; s may point into this string.
   void add(const char* s, size_t len) {
@@ -49,7 +57,15 @@ public:
     addGrow(s, len);
   }
   mstring& operator+=(const mstring& other);
-  mstring& operator+=(char c);  // a NUL is appended like any byte
+  mstring& operator+=(char c) {  // a NUL is appended like any byte
+    if (p != nullptr && length + 1 < allocated) {
+      p[length++] = c;
+      p[length] = 0;
+    } else {
+      addGrow(&c, 1);
+    }
+    return *this;
+  }
 
   char& operator[](int i) { return p[i]; }  // no checks, not even for a null p
   const char& operator[](int i) const { return p[i]; }
@@ -62,7 +78,15 @@ public:
   bool startsWith(const char* s) const;  // reads p directly: only for strings holding text
 
 private:
-  void take(mstring& other);  // this holds no buffer
+  void take(mstring& other) {  // this holds no buffer
+    if (other.length == 0) return;
+    p = other.p;
+    allocated = other.allocated;
+    length = other.length;
+    other.p = nullptr;
+    other.allocated = 0;
+    other.length = 0;
+  }
   void addGrow(const char* s, size_t len);
   void release();  // gives the buffer back
 };
