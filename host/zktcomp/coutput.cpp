@@ -74,7 +74,7 @@ void classFrag(const GenOutput& g, const Class& cls, Frag& fr) {
   const FSize& size = cls.m_compact ? cls.m_layout.c.m_size : cls.m_layout.u.m_size;
   fr.set("init_size", (const mstring&)size);
   fr.set("num", (long)cls.m_globalNum);
-  fr.set("nl", mstring("\n"));
+  fr.set("nl", "\n");
 }
 
 // One function in the routing pattern, and its method if it has one.

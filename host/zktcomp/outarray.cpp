@@ -178,12 +178,12 @@ void checkSize(const Field& f) {
 void frag(const GenOutput& g, const Field& f, Frag& fr) {
   const Struct& t = *f.m_pstruct;
   fr.set("H", fr.fill(kHandleArgs));
-  fr.set("isenum", mstring(f.m_penum != nullptr ? "1" : "0"));
+  fr.set("isenum", f.m_penum != nullptr ? "1" : "0");
   if (f.m_penum != nullptr) fr.set("etype", mstring(enum_int_type((int)t.m_layout.u.m_size)));
   fr.set("oidtype", g.m_sc.objIdName());
   fr.set("oidsize", (long)g.m_sc.m_oid_sizeof_uplimit);
   const bool wide = t.m_category == ET_UNICODE_CHARS || t.m_category == ET_UNICODE_STRING;
-  fr.set("ch", mstring(wide ? "nchar_t" : "char"));
+  fr.set("ch", wide ? "nchar_t" : "char");
 }
 
 }  // namespace elem
@@ -216,7 +216,7 @@ void outputSimpleArray(GenOutput& g, Struct& s, Field& f, Frag& fr) {
     // same, though there is no C function for it to call: intended.
     const Struct& container = *f.m_containerStruct;
     Frag xf;
-    xf.set("container", container.m_name).set("nl", mstring("\n"));
+    xf.set("container", container.m_name).set("nl", "\n");
     mstring defines;
     for (unsigned int i = 0; i < container.v_field.size(); i++) {
       const Field& x = container.v_field[i];
@@ -245,8 +245,8 @@ void GenOutput::output_array_field(Struct& s, Class* c, Field& f, const mstring&
   fieldFrag(s, c, f, idx[0] == '1', ev, fr);
   elem::frag(*this, f, fr);
   const Struct& t = *f.m_pstruct;
-  fr.set("fa", mstring(t.m_category == ET_UNICODE_CHARS ? "zkt_w_va_nchars_e" : "zkt_w_va_chars_e"));
-  fr.set("va", mstring(t.m_category == ET_UNICODE_STRING ? "zkt_w_va_nstring_e" : "zkt_w_va_string_e"));
+  fr.set("fa", t.m_category == ET_UNICODE_CHARS ? "zkt_w_va_nchars_e" : "zkt_w_va_chars_e");
+  fr.set("va", t.m_category == ET_UNICODE_STRING ? "zkt_w_va_nstring_e" : "zkt_w_va_string_e");
   fr.set("b", base);
   switch (t.m_category) {
     case ET_STRUCT:

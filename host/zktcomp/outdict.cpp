@@ -172,7 +172,7 @@ void GenOutput::outputDictionary() {
   const char* const tbl = creator.getPtrToStructInfoVector();
   const DictEnc::Counts n = DictEnc::counts(m_sc);
   Frag fr;
-  fr.set("getdict", MF(m_sc.m_dbname + "_get_dictionary", 0)).set("tbl", mstring(tbl));
+  fr.set("getdict", MF(m_sc.m_dbname + "_get_dictionary", 0)).set("tbl", tbl);
 
   head2(m_c, "dictionary");
   fr.fillTo(os, kOpening);
@@ -240,7 +240,7 @@ void GenOutput::outputDictionary() {
       for (unsigned int i = 0; i < cls.v_events.size(); i++) {
         const Event& ev = cls.v_events[i];
         fr.set("class_code", (long)cls.m_classCode).set("flags", (long)DictEnc::eventFlags(ev.m_type));
-        fr.set("field_offset", mstring("0")).set("field_size", mstring("0"));
+        fr.set("field_offset", "0").set("field_size", "0");
         fr.set("field_type", 0L).set("fld_no", 0L);
         if (ev.m_pFld != nullptr) {
           const Field::DictInfo di = ev.m_pFld->dict_info(false);
@@ -248,7 +248,7 @@ void GenOutput::outputDictionary() {
           fr.set("field_size", text(di.size)).set("field_type", (long)di.etype);
           fr.set("fld_no", (long)ev.m_pFld->m_no);
         }
-        fr.set("comma", mstring(++e < n.nEvents ? "," : ""));
+        fr.set("comma", ++e < n.nEvents ? "," : "");
         fr.fillTo(os, m_cmode1 ? kEventAssign : kEventStatic);
       }
     }
@@ -297,7 +297,7 @@ void GenOutput::outputDictionary() {
             // A bit field's key size is its number of bits.
             fr.set("field_offset", text(fl.field_offset)).set("vect_field_offset", text(fl.vect_field_offset));
             fr.set("field_size", di.etype == 23 ? UT::n2s(di.bit_size) : text(di.size));
-            fr.set("open", mstring(position == 0 ? kFirstRow : kNextRow));
+            fr.set("open", position == 0 ? kFirstRow : kNextRow);
             fr.fillTo(os, kSegmentStatic);
           }
         }
@@ -307,7 +307,7 @@ void GenOutput::outputDictionary() {
         if (m_cmode1) {
           fr.fillTo(os, kIndexAssign);
         } else {
-          fr.set("open", mstring(indexNo == 0 ? kFirstRow : kNextRow));
+          fr.set("open", indexNo == 0 ? kFirstRow : kNextRow);
           *rows.get() << fr.fill(kIndexStatic);
         }
       }
@@ -325,7 +325,7 @@ void GenOutput::outputDictionary() {
     unsigned int i = 0;
     for (ISet::HPos pos(m_sc.s_coll.first()); pos.valid() && i < m_sc.m_collationsNum; pos.next()) {
       const Collation& c = *static_cast<Collation*>(pos.get().get());
-      fr.set("name", c.m_name).set("type", (long)c.ctype).set("comma", mstring(++i < m_sc.m_collationsNum ? "," : ""));
+      fr.set("name", c.m_name).set("type", (long)c.ctype).set("comma", ++i < m_sc.m_collationsNum ? "," : "");
       fr.fillTo(os, m_cmode1 ? kCollationAssign : kCollationStatic);
     }
     if (!m_cmode1) os << kCollationsEndStatic;
@@ -380,7 +380,7 @@ void GenOutput::outputDictionary() {
   };
   for (const auto& t : inits) {
     os << fr.set("plhs", UT::adjust("    dict." + mstring(t.ptr), 35))
-              .set("value", mstring(t.n > 0 ? t.table : "0"))
+              .set("value", t.n > 0 ? t.table : "0")
               .fill(kHeadAssignment);
     fr.set("plhs", UT::adjust("    dict." + mstring(t.count), 35)).set("value", UT::n2s(t.n)).fillTo(os, kHeadAssignment);
   }

@@ -45,9 +45,9 @@ void GenOutput::outputEvents(Class& cls) {
     const Event& e = cls.v_events[i];
     const bool when = hasHandlingOrder(e.m_type);
     Frag fr;
-    fr.set("name", e.m_name).set("class", cls.m_name).set("nl", mstring("\n"));
+    fr.set("name", e.m_name).set("class", cls.m_name).set("nl", "\n");
     fr.set("id", (long)e.m_eventId).set("id1", (long)e.m_eventId + 1);
-    fr.set("order", mstring(when ? kOrderWhen : kOrderNone));
+    fr.set("order", when ? kOrderWhen : kOrderNone);
     fr.fillTo(*m_h, kEventDefine);
     fr.fillTo(*m_h, e.m_type == Event::CLASS_UPDATE ? kHandlerClassUpd : kHandlerOther);
     cFunction(fr.fill(kRegisterName), cls.m_maxFuncName, fr.fill(when ? kRegisterWhen : kRegisterNoWhen),

@@ -125,7 +125,7 @@ void fixedFrag(const Struct& s, const Field& f, Frag& fr) {
   const mstring b = s.m_name + "_" + f.m_name;
   fr.set("tname", f.m_pstruct->m_name).set("field", f.m_name).set("ctype", f.m_pstruct->m_cType);
   fr.set("usize", (const mstring&)f.m_u_layout->m_size).set("n", (long)f.m_arraySize);
-  fr.set("bytes", (long)((f.m_arraySize + 7) / 8)).set("b", b).set("nl", mstring("\n"));
+  fr.set("bytes", (long)((f.m_arraySize + 7) / 8)).set("b", b).set("nl", "\n");
   fr.set("np", f.m_isNullable ? fr.fill(kNullPut) : mstring());
 }
 
@@ -133,7 +133,7 @@ void fixedFrag(const Struct& s, const Field& f, Frag& fr) {
 
 void GenOutput::outputDirectStructFunctions(Struct& s) {
   Frag fr;
-  fr.set("s", s.m_name).set("db", m_sc.m_dbname).set("nl", mstring("\n"));
+  fr.set("s", s.m_name).set("db", m_sc.m_dbname).set("nl", "\n");
   const mstring hpp = hppClass(s.m_name);
   const int width = s.m_maxFuncName;
 
@@ -172,7 +172,7 @@ void GenOutput::genFixedStruct(Struct& s) {
   if (count == 0) return;
 
   Frag fr;
-  fr.set("struct", s.m_name).set("nl", mstring("\n"));
+  fr.set("struct", s.m_name).set("nl", "\n");
   fr.fillTo(*m_h, kFixedHead);
   for (unsigned int i = 0; i < s.v_field.size(); i++) {
     const Field& f = s.v_field[i];
@@ -189,7 +189,7 @@ void GenOutput::outputFixed(Struct& s) {
   if (s.m_nFixedFields == 0) return;
 
   Frag fr;
-  fr.set("struct", s.m_name).set("nl", mstring("\n"));
+  fr.set("struct", s.m_name).set("nl", "\n");
   mstring locals;
   mstring get, put;
   for (unsigned int i = 0; i < s.v_field.size(); i++) {

@@ -358,8 +358,8 @@ IOutStream* GenOutput::outputManagedClassHead(Class& cls) {
   if (const char* iot = iotWord(cls.m_iot_type)) {
     const bool up = cls.m_iot_type == IOT_TABLE_UP;
     const unsigned level = m_sc.m_iot_level;
-    fr.set("iot", mstring(iot));
-    fr.set("agents", mstring(level == 1 ? kIotServer[up ? 0 : 1] : level < 65535 ? kIotRouter : ""));
+    fr.set("iot", iot);
+    fr.set("agents", level == 1 ? kIotServer[up ? 0 : 1] : level < 65535 ? kIotRouter : "");
     fr.fillTo(*m_java, kIot);
   }
 
@@ -372,10 +372,10 @@ IOutStream* GenOutput::outputManagedClassHead(Class& cls) {
     indexKeys(idx, csKeys, javaKeys);
     fr.set("index", idx.m_name).set("count", (long)idx.m_expectedCount);
     fr.set("word", fr.fill(words.cs)).set("keys", csKeys).set("order", indexOrder(idx));
-    fr.set("unique", mstring(idx.m_isUnique ? kCsUnique : "")).set("thick", mstring(idx.m_isThick ? kCsThick : ""));
+    fr.set("unique", idx.m_isUnique ? kCsUnique : "").set("thick", idx.m_isThick ? kCsThick : "");
     fr.fillTo(*m_cs, kCsIndex);
     fr.set("word", fr.fill(words.java)).set("keys", javaKeys);
-    fr.set("unique", mstring(idx.m_isUnique ? kJavaUnique : "")).set("thick", mstring(idx.m_isThick ? kJavaThick : ""));
+    fr.set("unique", idx.m_isUnique ? kJavaUnique : "").set("thick", idx.m_isThick ? kJavaThick : "");
     *m_java << (javaIndexes ? kSep : kJavaIndexes) << fr.fill(kJavaIndex);
     javaIndexes = true;
   }
@@ -407,7 +407,7 @@ void GenOutput::closeManagedClassFile(IOutStream* outer) {
 
 void GenOutput::outputEventAttribute(Class& cls, int ev) {
   Frag fr;
-  fr.set("name", cls.v_events[cls.getEventPos(ev)].m_name).set("nl", mstring("\n"));
+  fr.set("name", cls.v_events[cls.getEventPos(ev)].m_name).set("nl", "\n");
   fr.fillTo(*m_cs, kCsFieldEvent);
   fr.fillTo(*m_java, kJavaFieldEvent);
 }
@@ -419,12 +419,12 @@ void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
     const mstring order = fr.fill("{order}");
     const bool unordered = order == kNoOrder, asc = order == kAscOrder;
     fr.set("jseq", mstring(java_seq_elem_type(fr.fill("{seqtype}"))));
-    fr.set("jorder", mstring(unordered ? "None" : asc ? "Ascending" : "Descending"));
+    fr.set("jorder", unordered ? "None" : asc ? "Ascending" : "Descending");
     fr.set("jsize", sized ? fr.fill(kJavaSeqSize) : mstring());
-    fr.set("jclass", mstring(unordered ? "UnorderedSequence " : "OrderedSequence "));
+    fr.set("jclass", unordered ? "UnorderedSequence " : "OrderedSequence ");
     fr.fillTo(*m_java, kJavaSeq);
     fr.set("cst", UT::mapCSType(fr.fill("{seqtype}")));
-    fr.set("csorder", mstring(asc ? "Ascending" : "Descending"));
+    fr.set("csorder", asc ? "Ascending" : "Descending");
     fr.set("cssize", sized ? fr.fill(kCsSeqSize) : mstring());
     fr.fillTo(*m_cs, unordered && e.m_category != ET_CHARS ? kCsUnordered : kCsOrdered);
     return;
@@ -435,7 +435,7 @@ void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
   const bool nullable = plain && f.m_isNullable;
   fr.set("cs", f.m_eltype == "boolean" ? mstring("bool") : UT::mapCSType(t.m_cType));
   fr.set("java", UT::mapJavaType(t.m_cType, f.m_eltype, nullable));
-  fr.set("q", mstring(nullable ? "? " : " "));
+  fr.set("q", nullable ? "? " : " ");
   const MemberFamily fam = memberFamily(t.m_category);
   const MemberText& text = f.m_isOptional ? kOptionalMember
                            : f.m_isArray  ? kArrayMembers[fam]

@@ -259,7 +259,7 @@ void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
   const SeqElement* el = seqElement(e.m_category);
   fr.set("ename", e.m_name).set("es", (const mstring&)e.m_layout.u.m_size);
   if (el != nullptr) {
-    fr.set("seqfn", mstring(el->seqfn)).set("seqtype", fr.fill(el->seqtype));
+    fr.set("seqfn", el->seqfn).set("seqtype", fr.fill(el->seqtype));
     fr.set("seqarg", fr.fill(el->seqarg)).set("seqhpp", fr.fill(el->seqhpp));
   } else {
     fr.set("seqfn", e.m_cType == "zkt_datetime" ? e.m_name : e.m_cType).set("seqtype", e.m_cType);
@@ -310,7 +310,7 @@ void charTop(GenOutput& g, Struct& s, const Field& f, const char* ch, int kind) 
   if (!s.m_hasSequences || !f.m_isUnique) return;
   Frag fr;
   g.fieldFrag(s, nullptr, f, false, -1, fr);
-  fr.set("ch", mstring(ch));
+  fr.set("ch", ch);
   g.outputTopFunction(s, f, kind, fr);
 }
 

@@ -116,7 +116,7 @@ void GenOutput::output_spatial_field(Struct& s, Class* c, Field& f, const mstrin
   outConstant(m_h, fr.fill(kLengthName), f.m_arraySize);
   if (f.m_pstruct->m_category != ET_SIMPLE) throw "unknown case";
   fieldFrag(s, c, f, idx[0] == '1', -1, fr);  // no event
-  fr.set("kind", mstring(kind)).set("dtype", (long)f.dict_info(true).etype);
+  fr.set("kind", kind).set("dtype", (long)f.dict_info(true).etype);
   for (const MemberFunction& fn : kSpatialFunctions) memberFunction(*this, s, f, fn, true, false, fr);
   if (m_gen_smartptr) cppMember(fr.fill(kSpatialProperty), mstring());
 }

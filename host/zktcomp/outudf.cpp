@@ -100,18 +100,18 @@ void extkeyType(const Index::Segment& seg, const Schema& sc, Frag& fr) {
     case ET_STRING:
     case ET_BINARY:
     case ET_VARBINARY:
-      fr.set("ctype", mstring("char *")).set("member", mstring("ptr"));
+      fr.set("ctype", "char *").set("member", "ptr");
       return;
     case ET_REF:
-      fr.set("ctype", sc.objIdName() + " *").set("member", mstring("ptr"));
+      fr.set("ctype", sc.objIdName() + " *").set("member", "ptr");
       return;
     case ET_UNICODE_CHARS:
     case ET_UNICODE_STRING:
-      fr.set("ctype", mstring("nchar_t *")).set("member", mstring("ptr"));
+      fr.set("ctype", "nchar_t *").set("member", "ptr");
       return;
     case ET_WIDE_CHARS:
     case ET_WCHAR_STRING:
-      fr.set("ctype", mstring("wchar_t *")).set("member", mstring("ptr"));
+      fr.set("ctype", "wchar_t *").set("member", "ptr");
       return;
     case ET_STRUCT:
     case ET_BLOB:
@@ -175,7 +175,7 @@ void GenOutput::outputUserdefIndex(Class& cls, Index& idx) {
   fr.set("class", cls.m_name).set("index", idx.m_name).set("udf", (long)idx.m_code_udf);
   fr.fillTo(*m_c, kUdfFlags);
   if (cls.m_suppressApi) {
-    fr.set("fn", mstring("0"));
+    fr.set("fn", "0");
     for (const UdfFunction& f : kUdfCompare) *m_c << fr.fill(kUdfEntries[f.entry[vb]]);
     *m_c << fr.fill(kUdfEntries[kUdfHash[0].entry[vb]]) << fr.fill(kUdfEntries[FHASH_EXT]);
     return;
@@ -191,7 +191,7 @@ void GenOutput::outputUserdefIndex(Class& cls, Index& idx) {
                                                                  kUdfEntries[f.entry[vb]], fr);
   } else {
     // the non-vector entry even for a vector index: the runtime reads no hash of a tree
-    fr.set("fn", mstring("0"));
+    fr.set("fn", "0");
     *m_c << fr.fill(kUdfEntries[FHASH_NVB]) << fr.fill(kUdfEntries[FHASH_EXT]);
   }
   for (unsigned int s = 0; s < idx.v_fldParsed.size(); s++) {

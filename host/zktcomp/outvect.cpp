@@ -143,8 +143,8 @@ void GenOutput::output_vector_field(Struct& s, Class* c, Field& f, const mstring
   elem::frag(*this, f, fr);
   const Struct& t = *f.m_pstruct;
   const TypeCategory cat = t.m_category;
-  fr.set("fv", mstring(cat == ET_UNICODE_CHARS ? "zkt_w_v_nchars_e" : "zkt_w_v_chars_e"));
-  fr.set("vv", mstring(cat == ET_UNICODE_STRING ? "zkt_w_v_nstring_e" : "zkt_w_v_string_e"));
+  fr.set("fv", cat == ET_UNICODE_CHARS ? "zkt_w_v_nchars_e" : "zkt_w_v_chars_e");
+  fr.set("vv", cat == ET_UNICODE_STRING ? "zkt_w_v_nstring_e" : "zkt_w_v_string_e");
   fr.set("b", base);
   VectorWriter w(*this, s, f, fr);
   switch (cat) {

@@ -52,7 +52,7 @@ bool hasWideField(const Class& cls) {
 }  // namespace
 
 void GenOutput::memberFrag(const Class& cls, Frag& fr) const {
-  fr.set("class", cls.m_name).set("db", m_sc.m_dbname).set("cc", classCode(cls)).set("nl", mstring("\n"));
+  fr.set("class", cls.m_name).set("db", m_sc.m_dbname).set("cc", classCode(cls)).set("nl", "\n");
 }
 
 void GenOutput::cFunctionNoted(const mstring& name, int width, const mstring& params, const char* note,

@@ -135,12 +135,12 @@ void GenOutput::fieldFrag(const Struct& s, const Class* c, const Field& f, bool 
   fr.set("esize", (const mstring&)t.m_layout.u.m_size);
   fr.set("no", (long)f.m_no);
   fr.set("n", (long)f.m_arraySize);
-  fr.set("idx", mstring(indexed ? "1" : "0"));
+  fr.set("idx", indexed ? "1" : "0");
   fr.set("ev", (long)ev);
   fr.set("evarg", ev >= 0 ? ", " + UT::n2s(ev) : mstring());
   fr.set("db", m_sc.m_dbname);
   if (c != nullptr) fr.set("code", (long)c->m_classCode);  // plain, even when mergeable
-  fr.set("nl", mstring("\n"));
+  fr.set("nl", "\n");
 }
 
 void GenOutput::output(Struct& s, Class* c) {
@@ -185,7 +185,7 @@ void GenOutput::output(Struct& s, Class* c) {
 
   if (!m_gen_smartptr) return;
   Frag fr;
-  fr.set("struct", s.m_name).set("nl", mstring("\n"));
+  fr.set("struct", s.m_name).set("nl", "\n");
   mstring ctor = fr.fill(kSmartCtorHead);
   for (unsigned int i = 0; i < s.v_field.size(); i++) {
     const Field& f = s.v_field[i];
@@ -375,7 +375,7 @@ const char kVarPutDef[]  = "{field}_put(const {ch} * src, uint2 len){nl}{ ZKT_RE
 // Sets {ch}, {fw} and {vw} of the narrow or the wide family.
 const CharFamily& charFrag(Frag& fr, bool wide) {
   const CharFamily& fam = kCharFamilies[wide ? 1 : 0];
-  fr.set("ch", mstring(fam.ch)).set("fw", mstring(fam.fw)).set("vw", mstring(fam.vw));
+  fr.set("ch", fam.ch).set("fw", fam.fw).set("vw", fam.vw);
   return fam;
 }
 

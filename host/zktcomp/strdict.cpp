@@ -58,15 +58,16 @@ static const char kPrintAllStructsEndAssign[] =
 
 namespace {
 
-// The text of a size as the dictionary prints it.
-mstring text(const FSize& f) {
-  const mstring& t = f;
-  return t;
-}
+// The text of a size as the dictionary prints it; it lives in the size's
+// scratch text until the size is converted again.
+const mstring& text(const FSize& f) { return f; }
 
 // A compact value of a struct whose compact size needs more than two bytes
 // prints as 0.
-mstring compactText(const Struct& s, const FSize& f) { return (int)s.m_layout.c.m_size > 65535 ? mstring("0") : text(f); }
+const mstring& compactText(const Struct& s, const FSize& f) {
+  static const mstring zero("0");
+  return (int)s.m_layout.c.m_size > 65535 ? zero : text(f);
+}
 
 }  // namespace
 
@@ -161,7 +162,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
       fr.set("seq_order", f.m_seqOrder.empty() ? mstring("0") : f.m_seqOrder);
       fr.set("seq_elem_size", f.m_seqElemStruct != nullptr ? text(f.m_seqElemStruct->m_layout.u.m_size) : mstring("0"));
       fr.set("seq_no", (long)f.m_seq_no);
-      fr.set("end", mstring(++written == m_nFields ? "}" : "},"));
+      fr.set("end", ++written == m_nFields ? "}" : "},");
       *fields.get() << fr.fill(m_cmode1 ? kFieldAssign : kFieldStatic);
     }
   }

@@ -947,6 +947,11 @@ Frag& Frag::set(const char* name, const mstring& value) {
   return *this;
 }
 
+Frag& Frag::set(const char* name, const char* value) {
+  put(name, value, strlen(value));
+  return *this;
+}
+
 Frag& Frag::set(const char* name, long value) {
   char buf[24];
   put(name, buf, UT::decimal((long long)value, buf));

@@ -336,6 +336,7 @@ class Frag {
 public:
   Frag& set(const char* name, const mstring& value);
   Frag& set(const char* name, long value);
+  Frag& set(const char* name, const char* value);  // a text that need not outlive the call
   mstring fill(const char* text) const;
   // os << fill(text), through a buffer kept from call to call.
   void fillTo(IOutStream& os, const char* text) const;
