@@ -195,7 +195,7 @@ void GenOutput::head2(IOutStream* os, const mstring& title) {
 }
 
 void GenOutput::cFunction(const mstring& name, int width, const mstring& params, const mstring& body) {
-  *m_def2 << inline_on_release() << UT::adjust("ZKT_RET", m_fmtRet) << " " << MF(name, width) << params;
+  *m_def2 << inline_on_release() << retColumn() << " " << MF(name, width) << params;
   *m_prot << ";";
   *m_def2 << "\n";
   *m_body << body;
@@ -203,7 +203,7 @@ void GenOutput::cFunction(const mstring& name, int width, const mstring& params,
 
 void GenOutput::cFunctionDefines(const mstring& name, int width, const mstring& params, const mstring& defines,
                                  const mstring& body) {
-  *m_def2 << inline_on_release() << UT::adjust("ZKT_RET", m_fmtRet) << " " << MF(name, width) << params;
+  *m_def2 << inline_on_release() << retColumn() << " " << MF(name, width) << params;
   *m_prot << ";" << "\n";
   *m_def2 << "\n";
   *m_prot << defines;

@@ -94,6 +94,8 @@ public:
   int m_maxFieldName;
   int m_maxCtypeName;
   int m_fmtRet;          // width of the return type column
+  mstring m_retColumn;
+  int m_retColumnWidth = -1;
   int m_idxMethodName;   // width of index method names
   // Build integration, set by the file compiler after construction; all off
   // by default, which leaves every byte as it was.
@@ -133,6 +135,14 @@ public:
   static const char* inline_macro() { return "ZKT_TARGET_INLINE "; }
   const char* inline_on_release() const { return m_debug ? "" : inline_macro(); }
   mstring MF(const mstring& name, int width);
+  // "ZKT_RET" padded to m_fmtRet, made once per width.
+  const mstring& retColumn() {
+    if (m_retColumnWidth != m_fmtRet) {
+      m_retColumn = UT::adjust("ZKT_RET", m_fmtRet);
+      m_retColumnWidth = m_fmtRet;
+    }
+    return m_retColumn;
+  }
   void head2(IOutStream* os, const mstring& title);
   // One generated C function in the routing pattern: inline_on_release(),
   // "ZKT_RET" padded to m_fmtRet, a blank, MF(name, width) and params on

@@ -289,7 +289,7 @@ void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
 void GenOutput::outputTopFunction(Struct& s, const Field& f, int kind, Frag& fr) {
   if (!m_debug && !s.m_from_cursor_defined) {
     // A prototype alone: written on the head stream and ended there.
-    *m_def2 << inline_on_release() << UT::adjust("ZKT_RET", m_fmtRet) << " "
+    *m_def2 << inline_on_release() << retColumn() << " "
             << MF(s.m_name + "_from_cursor", s.m_maxFuncName) << fr.fill(kFromCursorProto);
     s.m_from_cursor_defined = true;
   }

@@ -57,7 +57,7 @@ void GenOutput::memberFrag(const Class& cls, Frag& fr) const {
 
 void GenOutput::cFunctionNoted(const mstring& name, int width, const mstring& params, const char* note,
                                const mstring& body) {
-  *m_def2 << inline_on_release() << UT::adjust("ZKT_RET", m_fmtRet) << " " << MF(name, width) << params;
+  *m_def2 << inline_on_release() << retColumn() << " " << MF(name, width) << params;
   *m_prot << ";";
   *m_def2 << note << "\n";
   *m_body << body;
