@@ -106,7 +106,8 @@ mstring Parser::get() {
     const int begin = m_pos;
     if (m_pos < (int)m_line.size()) m_pos++;
     while (m_pos < (int)m_line.size() && canAppend(line + begin, (size_t)(m_pos - begin), line[m_pos])) m_pos++;
-    token.set(line + begin, (size_t)(m_pos - begin));
+    // Names keep their token's buffer: it fits the text.
+    if (m_pos > begin) token = mstring(line + begin, (size_t)(m_pos - begin));
   }
   return token;
 }

@@ -37,7 +37,9 @@ FSize::operator const mstring&() const {
     return tmp;
   }
   char buf[24];
-  tmp.set(buf, UT::decimal(m_size_n, buf));
+  const size_t n = UT::decimal(m_size_n, buf);
+  if (n < tmp.allocated) tmp.set(buf, n);
+  else tmp = mstring(buf, n);  // a buffer that fits: layouts hold hundreds of thousands of these
   if (!m_size_s.empty()) {
     tmp += '+';
     tmp += m_size_s;
