@@ -72,7 +72,7 @@ void classFrag(const GenOutput& g, const Class& cls, Frag& fr) {
   fr.set("oid", g.m_sc.objIdName());
   fr.set("code", g.classCode(cls));
   const FSize& size = cls.m_compact ? cls.m_layout.c.m_size : cls.m_layout.u.m_size;
-  fr.set("init_size", (const mstring&)size);
+  setSize(fr, "init_size", size);
   fr.set("num", (long)cls.m_globalNum);
   fr.set("nl", "\n");
 }

@@ -124,7 +124,7 @@ const char kFixedPutEnd[]    = "{nl}  ? ZKT_S_OK : rc_;{nl}}{nl}{nl}";
 void fixedFrag(const Struct& s, const Field& f, Frag& fr) {
   const mstring b = s.m_name + "_" + f.m_name;
   fr.set("tname", f.m_pstruct->m_name).set("field", f.m_name).set("ctype", f.m_pstruct->m_cType);
-  fr.set("usize", (const mstring&)f.m_u_layout->m_size).set("n", (long)f.m_arraySize);
+  setSize(fr, "usize", f.m_u_layout->m_size).set("n", (long)f.m_arraySize);
   fr.set("bytes", (long)((f.m_arraySize + 7) / 8)).set("b", b).set("nl", "\n");
   fr.set("np", f.m_isNullable ? fr.fill(kNullPut) : mstring());
 }

@@ -413,6 +413,9 @@ void GenOutput::outputEventAttribute(Class& cls, int ev) {
 }
 
 void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
+  // Its placeholders serve only the texts below: without a C# or Java file
+  // to write there is nothing to do.
+  if (m_cs->discards() && m_java->discards()) return;
   if (f.m_isSequence) {
     const Struct& e = *f.m_seqElemStruct;
     const bool sized = e.m_category == ET_CHARS || e.m_category == ET_BINARY;

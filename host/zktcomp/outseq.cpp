@@ -257,7 +257,8 @@ const int kTopVariant[] = {T_SCALAR, T_FIXED, T_VAR};  // by TopKind
 void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
   const Struct& e = *f.m_seqElemStruct;
   const SeqElement* el = seqElement(e.m_category);
-  fr.set("ename", e.m_name).set("es", (const mstring&)e.m_layout.u.m_size);
+  fr.set("ename", e.m_name);
+  setSize(fr, "es", e.m_layout.u.m_size);
   if (el != nullptr) {
     fr.set("seqfn", el->seqfn).set("seqtype", fr.fill(el->seqtype));
     fr.set("seqarg", fr.fill(el->seqarg)).set("seqhpp", fr.fill(el->seqhpp));

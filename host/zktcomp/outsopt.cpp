@@ -102,8 +102,10 @@ void GenOutput::output_optional_field(Struct& s, Class* c, Field& f, const mstri
   Frag fr;
   fieldFrag(s, c, f, false, -1, fr);
   fr.set("gnum", (long)t.m_globalNum);
-  fr.set("tu", (const mstring&)t.m_layout.u.m_size).set("tc", (const mstring&)t.m_layout.c.m_size);
-  fr.set("tua", (const mstring&)t.m_layout.u.m_align).set("tca", (const mstring&)t.m_layout.c.m_align);
+  setSize(fr, "tu", t.m_layout.u.m_size);
+  setSize(fr, "tc", t.m_layout.c.m_size);
+  setSize(fr, "tua", t.m_layout.u.m_align);
+  setSize(fr, "tca", t.m_layout.c.m_align);
   for (const MemberFunction& fn : kOptionalFunctions)
     memberFunction(*this, s, f, fn, false, &fn == &kOptionalFunctions[0], fr);
 }

@@ -81,6 +81,12 @@ public:
   bool operator==(const FSize& o) const { return m_size_n == o.m_size_n && m_size_s == o.m_size_s; }
 };
 
+// fr.set(name, text of size), a plain number written straight from the number.
+inline Frag& setSize(Frag& fr, const char* name, const FSize& size) {
+  if (size.m_size_s.empty()) return fr.set(name, (long)size.m_size_n);
+  return fr.set(name, (const mstring&)size);
+}
+
 // One field's place in one layout. Built by the layout engine on the stack,
 // then copied into Layout::v_fldOrder and sorted by value.
 class FldLayout {

@@ -129,10 +129,10 @@ void GenOutput::fieldFrag(const Struct& s, const Class* c, const Field& f, bool 
   fr.set("field", f.m_name);
   fr.set("ctype", t.m_cType);
   fr.set("tname", t.m_name);
-  fr.set("uoff", (const mstring&)f.m_u_layout->m_offset);
-  fr.set("coff", (const mstring&)f.m_c_layout->m_offset);
-  fr.set("usize", (const mstring&)f.m_u_layout->m_size);
-  fr.set("esize", (const mstring&)t.m_layout.u.m_size);
+  setSize(fr, "uoff", f.m_u_layout->m_offset);
+  setSize(fr, "coff", f.m_c_layout->m_offset);
+  setSize(fr, "usize", f.m_u_layout->m_size);
+  setSize(fr, "esize", t.m_layout.u.m_size);
   fr.set("no", (long)f.m_no);
   fr.set("n", (long)f.m_arraySize);
   fr.set("idx", indexed ? "1" : "0");
@@ -246,7 +246,7 @@ void GenOutput::outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& f
   }
 
   if (c != nullptr && c->m_sequences) {
-    fr.set("off", c->m_compact ? (const mstring&)f.m_c_layout->m_offset : (const mstring&)f.m_u_layout->m_offset);
+    setSize(fr, "off", c->m_compact ? f.m_c_layout->m_offset : f.m_u_layout->m_offset);
     cFunction(base + "_sequence", width, fr.fill(kSequenceParams), fr.fill(kSequenceBody));
     cppMember(fr.fill(kSequenceDecl), fr.fill(kSequenceDef));
   }
@@ -404,7 +404,7 @@ void GenOutput::outputFixedCharsField(Struct& s, Class* c, Field& f, int ev, Fra
   const CharFamily& fam = charFrag(fr, wide);
 
   if (!wide && c != nullptr && c->m_sequences) {
-    fr.set("off", c->m_compact ? (const mstring&)f.m_c_layout->m_offset : (const mstring&)f.m_u_layout->m_offset);
+    setSize(fr, "off", c->m_compact ? f.m_c_layout->m_offset : f.m_u_layout->m_offset);
     cFunction(base + "_sequence", width, fr.fill(kCharSequenceParams), fr.fill(kCharSequenceBody));
     cppMember(fr.fill(kCharSequenceDecl), fr.fill(kCharSequenceDef));
   }

@@ -58,15 +58,10 @@ static const char kPrintAllStructsEndAssign[] =
 
 namespace {
 
-// The text of a size as the dictionary prints it; it lives in the size's
-// scratch text until the size is converted again.
-const mstring& text(const FSize& f) { return f; }
-
 // A compact value of a struct whose compact size needs more than two bytes
 // prints as 0.
-const mstring& compactText(const Struct& s, const FSize& f) {
-  static const mstring zero("0");
-  return (int)s.m_layout.c.m_size > 65535 ? zero : text(f);
+Frag& setCompactSize(Frag& fr, const char* name, const Struct& s, const FSize& f) {
+  return (int)s.m_layout.c.m_size > 65535 ? fr.set(name, "0") : setSize(fr, name, f);
 }
 
 }  // namespace
@@ -152,15 +147,22 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
       const int structNum = ClassDictCreator::structNum(f);
       const FldLayout& c = *f.m_c_layout;
       const FldLayout& u = *f.m_u_layout;
-      fr.set("c_size", compactText(s, c.m_size)).set("c_align", text(c.m_align)).set("c_offset", compactText(s, c.m_offset));
-      fr.set("u_size", text(u.m_size)).set("u_align", text(u.m_align)).set("u_offset", text(u.m_offset));
+      setCompactSize(fr, "c_size", s, c.m_size);
+      setSize(fr, "c_align", c.m_align);
+      setCompactSize(fr, "c_offset", s, c.m_offset);
+      setSize(fr, "u_size", u.m_size);
+      setSize(fr, "u_align", u.m_align);
+      setSize(fr, "u_offset", u.m_offset);
       fr.set("type", (long)di.etype).set("flags", (long)DictEnc::fieldFlags(f)).set("array_size", (long)f.m_arraySize);
-      fr.set("struct_num", (long)structNum).set("field_size", text(di.size)).set("refto", (long)refToClass(f));
+      fr.set("struct_num", (long)structNum).set("refto", (long)refToClass(f));
+      setSize(fr, "field_size", di.size);
       fr.set("init_index", initIndex).set("order_no", (long)refs[j].order_no).set("no", (long)f.m_no);
       fr.set("event_id", (long)(ev < 0 ? 65535 : ev)).set("indicator", (long)indicator);
       fr.set("precision", (long)(f.m_precision < 0 ? 0 : f.m_precision));
-      fr.set("seq_order", f.m_seqOrder.empty() ? mstring("0") : f.m_seqOrder);
-      fr.set("seq_elem_size", f.m_seqElemStruct != nullptr ? text(f.m_seqElemStruct->m_layout.u.m_size) : mstring("0"));
+      if (f.m_seqOrder.empty()) fr.set("seq_order", "0");
+      else fr.set("seq_order", f.m_seqOrder);
+      if (f.m_seqElemStruct != nullptr) setSize(fr, "seq_elem_size", f.m_seqElemStruct->m_layout.u.m_size);
+      else fr.set("seq_elem_size", "0");
       fr.set("seq_no", (long)f.m_seq_no);
       fr.set("end", ++written == m_nFields ? "}" : "},");
       *fields.get() << fr.fill(m_cmode1 ? kFieldAssign : kFieldStatic);
@@ -188,9 +190,11 @@ void ClassDictCreator::printAllUsedStructs(IOutStream& os) {
     const Struct& s = *v_allStructs[si];
     fr.set("struct", s.m_name).set("flags", (long)DictEnc::structFlags(s)).set("n_fields", (long)s.v_field.size());
     fr.set("first", (long)m_firstFieldPerStruct[si]);
-    fr.set("c_size", compactText(s, s.m_layout.c.m_size)).set("c_align", text(s.m_layout.c.m_align));
-    fr.set("u_size", text(s.m_layout.u.m_size)).set("u_align", text(s.m_layout.u.m_align));
-    fr.set("end", mstring(si + 1 == v_allStructs.size() ? "}" : "},"));
+    setCompactSize(fr, "c_size", s, s.m_layout.c.m_size);
+    setSize(fr, "c_align", s.m_layout.c.m_align);
+    setSize(fr, "u_size", s.m_layout.u.m_size);
+    setSize(fr, "u_align", s.m_layout.u.m_align);
+    fr.set("end", si + 1 == v_allStructs.size() ? "}" : "},");
     fr.fillTo(os, m_cmode1 ? kStructAssign : kStructStatic);
   }
   if (!m_cmode1) os << kStructsEndStatic;
