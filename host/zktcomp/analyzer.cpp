@@ -811,7 +811,7 @@ void Analyzer::do_index_declaration(Class& cls, IndexType type, bool unique, boo
     if (idx.m_expectedCount < 1) error1("estimated count value is not valid for the hash index #1", idx.m_name);
   }
   m_p.match(";");
-  cls.v_index.push_back(idx);
+  cls.v_index.push_back(std::move(idx));
 }
 
 // fields -> '*' '>' | path { option } ['collate' name] { ',' path { option } ['collate' name] } '>'
@@ -1160,7 +1160,7 @@ void Analyzer::do_field(Struct& s) {
   // Every name repeats the whole declarator, with the same m_no and m_seq_no.
   for (;;) {
     if (hasFieldNamed(s, f.m_name)) error1("field #1 already defined", f.m_name);
-    s.v_field.push_back(f);
+    s.v_field.push_back(std::move(f));
     tok = m_p.get();
     if (tok == "=") {
       readInitialValues(s.v_field.back());
@@ -1168,6 +1168,8 @@ void Analyzer::do_field(Struct& s) {
     }
     if (tok == ";") return;
     if (tok != ",") error("expected , or ;");
+    f = s.v_field.back();  // the declarator again, without the values of this name
+    f.m_initVals = mvector<mstring>();
     f.m_name = m_p.getName();
     checkIsNotReserved(f.m_name);
   }

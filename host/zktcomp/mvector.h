@@ -26,6 +26,21 @@ public:
 
   // Copying goes through copyfrom, like assignment.
   mvector(const mvector& other) : ptr(nullptr), len(0), allocated(0), built(0) { copyfrom(other); }
+  // Moving takes the array; the source is left empty.
+  mvector(mvector&& other) noexcept : ptr(other.ptr), len(other.len), allocated(other.allocated), built(other.built) {
+    other.forget();
+  }
+  mvector& operator=(mvector&& other) noexcept {
+    if (this != &other) {
+      release();
+      ptr = other.ptr;
+      len = other.len;
+      allocated = other.allocated;
+      built = other.built;
+      other.forget();
+    }
+    return *this;
+  }
 
   unsigned int size() const { return len; }
   T& operator[](unsigned int i) { return ptr[i]; }
@@ -140,6 +155,13 @@ private:
     ::operator delete(ptr);
     ptr = fresh;
     allocated = cap;
+  }
+
+  void forget() {
+    ptr = nullptr;
+    len = 0;
+    allocated = 0;
+    built = 0;
   }
 
   void release() {

@@ -119,6 +119,11 @@ bool Parser::match(const mstring& sample) {
   return true;
 }
 
+bool Parser::match(const char* sample) {
+  if (get() != sample) error1("expected #1", mstring(sample), m_pos);
+  return true;
+}
+
 mstring Parser::getName() {
   mstring t = get();
   const char* s = t.c_str();

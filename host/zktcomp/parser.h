@@ -35,6 +35,7 @@ public:
   mstring get();  // empty only at the end of the input
   void takeBack(mstring& t);  // takes the text of t, which is left empty
   bool match(const mstring& sample);  // true, or the error "expected #1"
+  bool match(const char* sample);     // the same for a literal, without a string made for it
   mstring getName();
   unsigned int getNum();
   unsigned int getNumEx(bool ok_if_fail);

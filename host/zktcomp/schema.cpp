@@ -342,16 +342,26 @@ Class* Schema::findClass(const mstring& name) {
 }
 
 Enum* Schema::findEnum(const mstring& name) {
-  Enum probe;
-  probe.m_name = name;
-  HIComparable* h = s_enum.get()->find(probe);
+  HIComparable* h;
+  if (s_enum.get()->keyed()) {
+    h = s_enum.get()->findKey(name);
+  } else {
+    Enum probe;
+    probe.m_name = name;
+    h = s_enum.get()->find(probe);
+  }
   return h ? static_cast<Enum*>(h->get()) : nullptr;
 }
 
 Collation* Schema::findCollation(const mstring& name) {
-  Collation probe;
-  probe.m_name = name;
-  HIComparable* h = s_coll.get()->find(probe);
+  HIComparable* h;
+  if (s_coll.get()->keyed()) {
+    h = s_coll.get()->findKey(name);
+  } else {
+    Collation probe;
+    probe.m_name = name;
+    h = s_coll.get()->find(probe);
+  }
   return h ? static_cast<Collation*>(h->get()) : nullptr;
 }
 
