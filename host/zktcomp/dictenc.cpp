@@ -287,6 +287,7 @@ ClassDictCreator::ClassDictCreator(Schema& sc, IErrReporter* err, bool cmode1)
 
 mvector<FieldRef> ClassDictCreator::fieldRun(Struct& s, bool sort) {
   mvector<FieldRef> refs;
+  refs.reserve(s.v_field.size());
   for (unsigned int j = 0; j < s.v_field.size(); j++) {
     FieldRef r;
     r.pf = &s.v_field[j];
@@ -311,6 +312,7 @@ int ClassDictCreator::refToClass(const Field& f) const {
 }
 
 int ClassDictCreator::updateEventId(const Struct& s, const Field& f) const {
+  if (m_updateEvents.empty()) return -1;
   auto it = m_updateEvents.find(std::to_string(s.m_globalNum) + ":" + f.m_name.c_str());
   return it == m_updateEvents.end() ? -1 : it->second;
 }
