@@ -42,6 +42,51 @@ TEST(SupportSort, PlacesEqualElementsAsTheHeapStepsDictate) {
   for (const Case& c : cases) EXPECT_EQ(sortedIds(c.in), c.ids);
 }
 
+// Sorting through positions must place every record exactly where the heap
+// steps on the records themselves do, ties included.
+TEST(SupportSort, ByPositionMatchesTheDirectSort) {
+  unsigned seed = 7;
+  for (int round = 0; round < 200; round++) {
+    mvector<Item> direct, byRef;
+    const int n = round % 23;
+    for (int i = 0; i < n; i++) {
+      seed = seed * 1103515245u + 12345u;
+      const Item it{(int)(seed >> 16) % 4, (char)('a' + i)};
+      direct.push_back(it);
+      byRef.push_back(it);
+    }
+    sort_vector(direct);
+    sort_vector_by_ref(byRef);
+    std::string a, b;
+    for (unsigned i = 0; i < direct.size(); i++) a += direct[i].id;
+    for (unsigned i = 0; i < byRef.size(); i++) b += byRef[i].id;
+    ASSERT_EQ(a, b) << "round " << round;
+  }
+}
+
+// ---------------------------------------------------------------- mvector
+
+TEST(SupportVector, StaleSlotsMovesAndSelfReferences) {
+  mvector<mstring> v;
+  for (int i = 0; i < 5; i++) v.push_back(mstring(std::to_string(i).c_str()));
+  v.pop_back();
+  EXPECT_STREQ(v[4].c_str(), "4");  // the slot behind the end keeps its value
+  v.resize(6, mstring("f"));        // growing fills the stale slot too
+  EXPECT_STREQ(v[4].c_str(), "f");
+  for (int i = 0; i < 20; i++) v.push_back(v[0]);  // an element of the vector itself, across growth
+  EXPECT_EQ(v.size(), 26u);
+  EXPECT_STREQ(v[25].c_str(), "0");
+  mvector<mstring> moved(std::move(v));
+  EXPECT_EQ(v.size(), 0u);
+  EXPECT_EQ(moved.size(), 26u);
+  mvector<mstring> copy;
+  copy = moved;
+  copy = copy;  // assigned to itself it comes out empty, as ever
+  EXPECT_EQ(copy.size(), 0u);
+  v = std::move(moved);
+  EXPECT_STREQ(v[1].c_str(), "1");
+}
+
 // ---------------------------------------------------------------- sets
 
 struct Named : IComparable {
@@ -51,6 +96,7 @@ struct Named : IComparable {
   bool less(const IComparable* other) const override {
     return m_name < static_cast<const Named*>(other)->m_name;
   }
+  const mstring* key() const override { return &m_name; }
 };
 
 std::string walk(const HISet& s) {
@@ -83,6 +129,25 @@ TEST(SupportSet, RemoveHidesFromLookupButNotFromIteration) {
   for (int i = 0; i < 4; i++) pos.next();
   EXPECT_FALSE(pos.valid());
   EXPECT_EQ(pos.get().get(), nullptr);
+}
+
+// Lookups by name go by hash until the names may change; after that a
+// renamed object is still found by walking the order.
+TEST(SupportSet, FindsByNameBeforeAndAfterRenaming) {
+  HISet s;
+  for (const char* n : {"m", "c", "x"}) s.insert(HIComparable(new Named(n, 0)));
+  Named probe("c", 0);
+  ASSERT_TRUE(s.get()->keyed());
+  ASSERT_NE(s.get()->find(probe), nullptr);
+  Named x("x", 0);
+  EXPECT_EQ(s.get()->findKey(mstring("x")), s.get()->find(x));
+  EXPECT_FALSE(s.get()->add(HIComparable(new Named("c", 9))));  // the first "c" stays
+  s.get()->keysChanged();
+  EXPECT_FALSE(s.get()->keyed());
+  static_cast<Named*>(s.get()->find(probe)->get())->m_name = "d";  // still between "c" and "m"
+  Named renamed("d", 0);
+  EXPECT_NE(s.get()->find(renamed), nullptr);
+  EXPECT_EQ(s.get()->find(probe), nullptr);
 }
 
 // ---------------------------------------------------------------- streams

@@ -838,6 +838,11 @@ public:
     if (id < 0) {
       id = idOfText(name, strlen(name));
       m_names.add(name, id);
+#ifdef ZKT_CHECK_FRAGMENTS
+      m_nameCopies[name] = name;
+    } else if (m_nameCopies[name] != name) {
+      IErrReporter::panic("placeholder name changed at its address", false);
+#endif
     }
     return id;
   }
@@ -878,6 +883,7 @@ private:
   std::vector<std::vector<FragPiece>> m_pieces;  // each run list stays put when this grows
 #ifdef ZKT_CHECK_FRAGMENTS
   std::vector<std::string> m_copies;  // each text as first met, to catch one that was not a literal
+  std::unordered_map<const void*, std::string> m_nameCopies;  // the same for names
 #endif
 
   int idOfText(const char* name, size_t len) {
