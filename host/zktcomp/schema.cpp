@@ -315,55 +315,25 @@ bool Collation::less(const IComparable* other) const {
 
 // ---------------------------------------------------------------- Schema lookups
 
-// Each lookup goes by hash while its set allows, else through a probe object
-// of the set's kind.
-Struct* Schema::findType(const mstring& name) {
+// The object of a name in a set: by hash while the set allows, else through
+// a probe object of the set's kind.
+template <class T>
+static T* findNamed(const HISet& set, const mstring& name) {
   HIComparable* h;
-  if (s_struct.get()->keyed()) {
-    h = s_struct.get()->findKey(name);
+  if (set.get()->keyed()) {
+    h = set.get()->findKey(name);
   } else {
-    Struct probe;
+    T probe;
     probe.m_name = name;
-    h = s_struct.get()->find(probe);
+    h = set.get()->find(probe);
   }
-  return h ? static_cast<Struct*>(h->get()) : nullptr;
+  return h ? static_cast<T*>(h->get()) : nullptr;
 }
 
-Class* Schema::findClass(const mstring& name) {
-  HIComparable* h;
-  if (s_class.get()->keyed()) {
-    h = s_class.get()->findKey(name);
-  } else {
-    Class probe;
-    probe.m_name = name;
-    h = s_class.get()->find(probe);
-  }
-  return h ? static_cast<Class*>(h->get()) : nullptr;
-}
-
-Enum* Schema::findEnum(const mstring& name) {
-  HIComparable* h;
-  if (s_enum.get()->keyed()) {
-    h = s_enum.get()->findKey(name);
-  } else {
-    Enum probe;
-    probe.m_name = name;
-    h = s_enum.get()->find(probe);
-  }
-  return h ? static_cast<Enum*>(h->get()) : nullptr;
-}
-
-Collation* Schema::findCollation(const mstring& name) {
-  HIComparable* h;
-  if (s_coll.get()->keyed()) {
-    h = s_coll.get()->findKey(name);
-  } else {
-    Collation probe;
-    probe.m_name = name;
-    h = s_coll.get()->find(probe);
-  }
-  return h ? static_cast<Collation*>(h->get()) : nullptr;
-}
+Struct* Schema::findType(const mstring& name) { return findNamed<Struct>(s_struct, name); }
+Class* Schema::findClass(const mstring& name) { return findNamed<Class>(s_class, name); }
+Enum* Schema::findEnum(const mstring& name) { return findNamed<Enum>(s_enum, name); }
+Collation* Schema::findCollation(const mstring& name) { return findNamed<Collation>(s_coll, name); }
 
 bool Schema::enumNameToInteger(const mstring& name, long* value) {
   if (!s_allEnumVals.find(name)) return false;
