@@ -210,7 +210,14 @@ int main(int argc, char** argv) {
     return 2;
   }
   const bool peers = argc == 4;
-  const std::string compiler = argv[1], loader = argv[2];
+  // The runs happen in a scratch directory: a relative path must be made absolute first.
+  const auto absolute = [](const char* path) {
+    char* full = realpath(path, nullptr);
+    const std::string s = full != nullptr ? full : path;
+    free(full);
+    return s;
+  };
+  const std::string compiler = absolute(argv[1]), loader = absolute(argv[2]);
   std::vector<Case> cases = {
       {"zktcomp", kOurFile, {compiler, "-o", "{dir}", "bench.sch"}, "bench.sch"},
       {"zktcomp -hpp", kOurFile, {compiler, "-hpp", "-o", "{dir}", "bench.sch"}, "bench.sch"},
