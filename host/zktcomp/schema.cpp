@@ -29,22 +29,22 @@ FSize& FSize::operator+=(const FSize& o) {
   return *this;
 }
 
-// Written into tmp's own buffer: conversions run for every placeholder of
-// every field.
+// Written into tmp's own buffer, which is reused from conversion to conversion.
 FSize::operator const mstring&() const {
+  mstring& text = tmp.get();
   if (m_size_n == 0 && !m_size_s.empty()) {
-    tmp = m_size_s;
-    return tmp;
+    text = m_size_s;
+    return text;
   }
   char buf[24];
   const size_t n = UT::decimal(m_size_n, buf);
-  if (n < tmp.allocated) tmp.set(buf, n);
-  else tmp = mstring(buf, n);  // a buffer that fits: layouts hold hundreds of thousands of these
+  if (n < text.allocated) text.set(buf, n);
+  else text = mstring(buf, n);  // a buffer that fits
   if (!m_size_s.empty()) {
-    tmp += '+';
-    tmp += m_size_s;
+    text += '+';
+    text += m_size_s;
   }
-  return tmp;
+  return text;
 }
 
 mstring UT::Q(const FSize& f) { return Q((const mstring&)f); }

@@ -39,20 +39,39 @@ class Schema;
 
 // ---------------------------------------------------------------- symbolic sizes
 
+// Scratch room for the text form of a size, made on its first use: most
+// sizes of a large schema are never written as text. Its content means
+// nothing between conversions, so a copy starts without one.
+class SizeScratch {
+public:
+  SizeScratch() = default;
+  SizeScratch(const SizeScratch&) {}
+  SizeScratch(SizeScratch&& o) noexcept : m_text(o.m_text) { o.m_text = nullptr; }
+  SizeScratch& operator=(const SizeScratch&) { return *this; }
+  ~SizeScratch() { delete m_text; }
+  mstring& get() const {
+    if (m_text == nullptr) m_text = new mstring();
+    return *m_text;
+  }
+
+private:
+  mutable mstring* m_text = nullptr;
+};
+
 // A size, offset or alignment: the number m_size_n plus the text m_size_s,
 // an expression that only the target's compiler can evaluate (the size of a
 // direct struct). An empty text means a plain number.
 class FSize {
 public:
   int m_size_n;
-  mstring m_size_s;
   int m_calc_type_size;  // numeric size that update_strings replaced by text; copied, never read here
-  mutable mstring tmp;   // scratch of the text form; meaningless between conversions
+  mstring m_size_s;
+  SizeScratch tmp;  // scratch of the text form; meaningless between conversions
 
   FSize() : m_size_n(0), m_calc_type_size(0) {}
   FSize(int n) : m_size_n(n), m_calc_type_size(0) {}
-  FSize(const mstring& s) : m_size_n(0), m_size_s(s), m_calc_type_size(0) {}
-  FSize(const FSize& o) = default;  // copies tmp too
+  FSize(const mstring& s) : m_size_n(0), m_calc_type_size(0), m_size_s(s) {}
+  FSize(const FSize& o) = default;
   FSize(FSize&& o) = default;
 
   // Leaves tmp alone.
