@@ -702,6 +702,7 @@ void Analyzer::do_class(bool compact, mplacement placement, bool local, bool dis
   }
   resizeBitmaps(cls);
   cls.v_field.shrink_to_fit();  // complete: no spare slots for the rest of the run
+  cls.v_index.shrink_to_fit();
   m_s.s_class.insert(h);
 }
 
@@ -1022,7 +1023,7 @@ mstring Analyzer::getTypeName(int& precision) {
       t = new Struct(res, w == "char" ? ET_CHARS : ET_BINARY, (int)n, (int)n, 1, 1, "");
     m_s.s_struct.insert(HIComparable(t));
   }
-  return res;
+  return mstring(res);  // a copy that fits: every field of the type keeps it
 }
 
 void Analyzer::readRefTarget(Field& f) {
