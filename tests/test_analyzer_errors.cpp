@@ -144,6 +144,8 @@ const ErrorCase kRefused[] = {
   { DB "direct struct a { b x; };\ndirect struct b { signed<4> y; };", "No direct or normal structs can be included into direct struct", 3 },
   { DB "direct struct a { string s; };", "Direct struct can't include dynamic or optional fields", 2 },
   { DB "direct struct a { signed<4> x; };\nclass c { vector<a> v; };", "Direct struct can not be element of a vector", 3 },
+  { DB "class c { vector<sequence> v; };", "Sequence cannot be element of an array", 2 },
+  { DB "class c { optional sequence v; };", "sequence needs its element type: sequence<type>", 2 },
   // finishing pass: schema statements, in the order of the passes
   { "class c { foo x; };", "undefined type foo used in c", 1 },
   { "class c { signed<4> a; };", "schema name is not defined", 1 },

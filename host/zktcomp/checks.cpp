@@ -133,6 +133,12 @@ void Analyzer::resolveFieldType(Struct& s, Field& f, FinishFrame& fr) {
   if (s.m_isDirectStruct && (cat == ET_STRUCT || cat == ET_DIRECT_STRUCT))
     error("No direct or normal structs can be included into direct struct");
   if (cat == ET_DIRECT_STRUCT && f.m_isVector) error("Direct struct can not be element of a vector");
+  // The sequence type has no layout of its own: only "sequence<type> name"
+  // declares one. Reached by its name anywhere else (vector<sequence>,
+  // optional sequence) it would leave the field without an element type.
+  if (cat == ET_SEQUENCE && !f.m_isSequence)
+    error(f.m_isVector || f.m_isArray ? "Sequence cannot be element of an array"
+                                      : "sequence needs its element type: sequence<type>");
 }
 
 // Classes are no types: a class name here is an unknown type.
