@@ -503,7 +503,7 @@ void GenOutput::outputIndex(Class& cls, Index& idx) {
   fr.set("class", cls.m_name);
   fr.set("hpp", hpp);
   fr.set("index", idx.m_name);
-  fr.set("kind", mstring(indexKindComment(idx.m_IndexType)));
+  fr.set("kind", indexKindComment(idx.m_IndexType));
   fr.set("prefix", prefix);
   fr.set("code", (long)idx.m_code);
   fr.set("t", sp.t);

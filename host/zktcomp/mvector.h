@@ -54,11 +54,7 @@ public:
       return;
     }
     if (n == len) return;
-    if (n > allocated) {
-      unsigned int cap = allocated < 4 ? 4 : allocated;
-      while (cap < n) cap = cap > 0x7fffffffu ? n : cap * 2;
-      reallocate(cap);
-    }
+    if (n > allocated) growTo(n);
     for (unsigned int i = len; i < n; i++) store(i, fill);
     len = n;
   }
@@ -85,7 +81,7 @@ public:
       return;
     }
     T copy(x);  // x may point into the array that reallocate replaces
-    grow();
+    growTo(len + 1);
     store(len, std::move(copy));
     len++;
   }
@@ -97,7 +93,7 @@ public:
       return;
     }
     T taken(std::move(x));
-    grow();
+    growTo(len + 1);
     store(len, std::move(taken));
     len++;
   }
@@ -139,9 +135,10 @@ private:
     }
   }
 
-  void grow() {
+  // Geometric growth to room for n slots at least.
+  void growTo(unsigned int n) {
     unsigned int cap = allocated < 4 ? 4 : allocated;
-    while (cap < len + 1) cap = cap > 0x7fffffffu ? len + 1 : cap * 2;
+    while (cap < n) cap = cap > 0x7fffffffu ? n : cap * 2;
     reallocate(cap);
   }
 
@@ -167,10 +164,7 @@ private:
   void release() {
     for (unsigned int i = 0; i < built; i++) ptr[i].~T();
     ::operator delete(ptr);
-    ptr = nullptr;
-    len = 0;
-    allocated = 0;
-    built = 0;
+    forget();
   }
 
 public:

@@ -179,7 +179,7 @@ void frag(const GenOutput& g, const Field& f, Frag& fr) {
   const Struct& t = *f.m_pstruct;
   fr.set("H", fr.fill(kHandleArgs));
   fr.set("isenum", f.m_penum != nullptr ? "1" : "0");
-  if (f.m_penum != nullptr) fr.set("etype", mstring(enum_int_type((int)t.m_layout.u.m_size)));
+  if (f.m_penum != nullptr) fr.set("etype", enum_int_type((int)t.m_layout.u.m_size));
   fr.set("oidtype", g.m_sc.objIdName());
   fr.set("oidsize", (long)g.m_sc.m_oid_sizeof_uplimit);
   const bool wide = t.m_category == ET_UNICODE_CHARS || t.m_category == ET_UNICODE_STRING;

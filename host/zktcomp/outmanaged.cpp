@@ -421,7 +421,7 @@ void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
     const bool sized = e.m_category == ET_CHARS || e.m_category == ET_BINARY;
     const mstring order = fr.fill("{order}");
     const bool unordered = order == kNoOrder, asc = order == kAscOrder;
-    fr.set("jseq", mstring(java_seq_elem_type(fr.fill("{seqtype}"))));
+    fr.set("jseq", java_seq_elem_type(fr.fill("{seqtype}")));
     fr.set("jorder", unordered ? "None" : asc ? "Ascending" : "Descending");
     fr.set("jsize", sized ? fr.fill(kJavaSeqSize) : mstring());
     fr.set("jclass", unordered ? "UnorderedSequence " : "OrderedSequence ");

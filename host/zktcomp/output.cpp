@@ -133,7 +133,7 @@ void GenOutput::output() {
   IOutStream* const schemaJava = m_java;
   Frag fr;
   fr.set("db", m_sc.m_dbname);
-  fr.set("inline", mstring(inline_macro()));
+  fr.set("inline", inline_macro());
   fr.set("ns", m_csNamespace);
 
   if (!m_debug) *m_h << fr.fill(kInlineMacro);
@@ -161,7 +161,7 @@ void GenOutput::output() {
     for (unsigned int i = 0; i < e.v_els.size(); i++) {
       fr.set("choice", e.v_els[i].m_choice);
       fr.set("val", (long)e.v_els[i].m_val);
-      fr.set("comma", mstring(i + 1 < e.v_els.size() ? "," : ""));
+      fr.set("comma", i + 1 < e.v_els.size() ? "," : "");
       fr.fillTo(*m_h, kEnumElH);
       fr.fillTo(*m_cs, kEnumElCs);
       if (java) *java << fr.fill(kEnumElJava);

@@ -272,7 +272,7 @@ void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
       m_err->warning("Size of sequence element is larger than ZKT_SEQ_MAX_CHAR_SIZE");
   }
   const mstring seqfn = fr.fill("{seqfn}"), seqtype = fr.fill("{seqtype}");
-  fr.set("cast", mstring(seqfn != seqtype && seqtype != "zkt_datetime" ? "(char*)" : ""));
+  fr.set("cast", seqfn != seqtype && seqtype != "zkt_datetime" ? "(char*)" : "");
   fr.set("order", f.m_seqOrder).set("w", fr.fill(kSeqW)).set("S", fr.fill(kSeqS));
   if (c != nullptr) fr.set("cc", (m_mergeable ? mstring(kMergeableCode) : mstring()) + fr.fill("{code}"));
 

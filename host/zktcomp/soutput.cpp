@@ -258,10 +258,10 @@ void GenOutput::outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& f
   const bool isEnum = f.m_penum != nullptr;
   const bool direct = f.m_containerStruct != nullptr && f.m_containerStruct->m_isDirectStruct;
   if (!s.m_isDirectStruct) {
-    fr.set("g", mstring(boolean ? "zkt_w_bit_get" : simple_get_accessor_name(size)));
-    fr.set("p", mstring(boolean ? (ev >= 0 ? "zkt_w_bit_put_ev" : "zkt_w_bit_put") : simple_put_accessor_name(size, ev >= 0)));
+    fr.set("g", boolean ? "zkt_w_bit_get" : simple_get_accessor_name(size));
+    fr.set("p", boolean ? (ev >= 0 ? "zkt_w_bit_put_ev" : "zkt_w_bit_put") : simple_put_accessor_name(size, ev >= 0));
     fr.set("cast", putCast(size));
-    if (isEnum) fr.set("etype", mstring(enum_int_type(size)));
+    if (isEnum) fr.set("etype", enum_int_type(size));
   }
   const bool differ = !(f.m_u_layout->m_offset == f.m_c_layout->m_offset);
   const int form = differ || (!isEnum && boolean) ? 0 : 1;  // column of the body tables

@@ -159,8 +159,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
       fr.set("init_index", initIndex).set("order_no", (long)refs[j].order_no).set("no", (long)f.m_no);
       fr.set("event_id", (long)(ev < 0 ? 65535 : ev)).set("indicator", (long)indicator);
       fr.set("precision", (long)(f.m_precision < 0 ? 0 : f.m_precision));
-      if (f.m_seqOrder.empty()) fr.set("seq_order", "0");
-      else fr.set("seq_order", f.m_seqOrder);
+      fr.set("seq_order", f.m_seqOrder.empty() ? "0" : f.m_seqOrder.c_str());
       if (f.m_seqElemStruct != nullptr) setSize(fr, "seq_elem_size", f.m_seqElemStruct->m_layout.u.m_size);
       else fr.set("seq_elem_size", "0");
       fr.set("seq_no", (long)f.m_seq_no);
@@ -173,7 +172,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
   m_sc.n_i_inits = intPos;
   m_sc.n_s_inits = stringPos;
   m_sc.n_d_inits = doublePos;
-  if (intPos > 0) os << fr.set("count", (long)intPos + 1).set("values", ints.get()->retstr()).fill(kInitIntTable);
+  if (intPos > 0) fr.set("count", (long)intPos + 1).set("values", ints.get()->retstr()).fillTo(os, kInitIntTable);
   if (stringPos > 0)
     fr.set("count", (long)stringPos + 1).set("values", strings.get()->retstr()).fillTo(os, kInitStringTable);
   if (doublePos > 0)

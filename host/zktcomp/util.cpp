@@ -3,9 +3,8 @@
 
 #include <ctype.h>
 #include <stdlib.h>
-#include <string.h>
-
 #include <stdint.h>
+#include <string.h>
 
 #include <set>
 #include <string>
@@ -123,7 +122,6 @@ mstring::mstring(const char* s, size_t n) {
 
 void mstring::release() { strFree(p, allocated); }
 
-
 mstring& mstring::operator=(const mstring& other) {
   if (p == nullptr) {
     copyExact(*this, other);
@@ -182,7 +180,6 @@ mstring& mstring::operator+=(const mstring& other) {
   add(other.p, other.length);
   return *this;
 }
-
 
 unsigned int mstring::bytes() const {
   if (p == nullptr || p[0] != '"') return size();
@@ -896,6 +893,10 @@ FragRegistry& fragRegistry() {
   return registry;
 }
 
+[[noreturn]] void placeholderNeverSet(const FragPiece& pc) {
+  IErrReporter::panic("undefined placeholder {" + mstring(pc.name, pc.nameLen) + "} in generated text", false);
+}
+
 }  // namespace
 
 const Frag::Slot* Frag::find(int id) const {
@@ -964,7 +965,6 @@ Frag& Frag::set(const char* name, long value) {
   return *this;
 }
 
-
 mstring Frag::fill(const char* text) const {
   mstring res;
   fillInto(res, text);
@@ -974,8 +974,7 @@ mstring Frag::fill(const char* text) const {
 void Frag::fillTo(IOutStream& os, const char* text) const {
   if (os.discards()) {  // nothing to write, but a missing placeholder is still an error
     for (const FragPiece* pc = fragRegistry().pieces(text); pc->id >= 0; pc++)
-      if (find(pc->id) == nullptr)
-        IErrReporter::panic("undefined placeholder {" + mstring(pc->name, pc->nameLen) + "} in generated text", false);
+      if (find(pc->id) == nullptr) placeholderNeverSet(*pc);
     return;
   }
   // Emptied by hand: set() with no text would free the buffer.
@@ -990,8 +989,7 @@ void Frag::fillInto(mstring& res, const char* text) const {
     res.add(pc->lit, pc->litLen);
     if (pc->id < 0) return;
     const Slot* sl = find(pc->id);
-    if (sl == nullptr)
-      IErrReporter::panic("undefined placeholder {" + mstring(pc->name, pc->nameLen) + "} in generated text", false);
+    if (sl == nullptr) placeholderNeverSet(*pc);
     res.add(m_text.p + sl->off, sl->len);
   }
 }
