@@ -3,7 +3,7 @@
 // the median figures of each case with its growth from 1,000 to 10,000 classes.
 //
 //   zkt_bench_schema <compiler> <loader> [--peers]       run the benchmark
-//   zkt_bench_schema --write <N> <dir>                    only write bench.sch for N classes into dir
+//   zkt_bench_schema --write <N> <dir>                    only write the schemas for N classes into dir
 #include <dirent.h>
 #include <math.h>
 #include <stdio.h>
@@ -197,7 +197,11 @@ void printRow(const Case& c, int n, const Figures& f, const Figures* small) {
 }
 
 int writeOnly(int classes, const std::string& dir) {
-  return writeFile(dir + "/bench.sch", ourSchema(fieldKinds(classes))) ? 0 : 1;
+  const auto kinds = fieldKinds(classes);
+  return writeFile(dir + "/bench.sch", ourSchema(kinds)) && writeFile(dir + "/bench.fbs", flatSchema(kinds)) &&
+                 writeFile(dir + "/bench.proto", protoSchema(kinds)) && writeFile(dir + "/bench.capnp", capnpSchema(kinds))
+             ? 0
+             : 1;
 }
 
 }  // namespace

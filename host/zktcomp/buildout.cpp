@@ -5,6 +5,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "arena.h"
+
 namespace {
 
 // Targets (even) and their temporaries (odd) not yet committed. One list per
@@ -46,6 +48,7 @@ namespace Replaced {
 
 IOutStream* open(const mstring& target) {
   const mstring temp = target + "." + UT::n2s((int)getpid()) + ".tmp";
+  CompileArena::Outside keep;  // the list outlives the compile
   mvector<mstring>& list = pending();
   bool known = false;
   for (unsigned int i = 0; i < list.size(); i += 2) known = known || list[i] == target;

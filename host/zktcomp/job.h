@@ -68,9 +68,6 @@ struct Job {
   bool listOutputs = false;  // -list-outputs: print the paths of the outputs, write nothing
   bool notime = false;       // -notime: no wall-clock time in the banners
   bool ifchanged = false;    // -ifchanged: replace only outputs whose content changed
-  // The process ends after this compile: the model of the schema is left to
-  // the system instead of being taken apart object by object.
-  bool processEnds = false;
   bool diagGcc = false;      // -diag gcc: diagnostics in the compilers' one-line form
   bool werror = false;       // -Werror: a warning fails the compilation
 

@@ -149,9 +149,14 @@ private:
       new (fresh + i) T(std::move(ptr[i]));
       ptr[i].~T();
     }
-    ::operator delete(ptr);
+    drop();
     ptr = fresh;
     allocated = cap;
+  }
+
+  // Frees the array with its size, so that an arena can use it again.
+  void drop() {
+    if (ptr != nullptr) ::operator delete(ptr, sizeof(T) * (size_t)allocated);
   }
 
   void forget() {
@@ -163,7 +168,7 @@ private:
 
   void release() {
     for (unsigned int i = 0; i < built; i++) ptr[i].~T();
-    ::operator delete(ptr);
+    drop();
     forget();
   }
 

@@ -1,30 +1,10 @@
-// Platform layer: memory that never returns null, files, time and the closing line of a compile.
+// Platform layer: files, time and the closing line of a compile.
 #include <stdio.h>
 #include <stdlib.h>
 #include <time.h>
 #include <unistd.h>
 
-#include <new>
-
 #include "ierrrep.h"
-
-// An allocation never returns null: exhaustion ends the process.
-void* operator new(size_t sz) {
-  void* p = malloc(sz);
-  if (p == nullptr && sz != 0) IErrReporter::panic("insufficient memory new", true);
-  return p;
-}
-
-void* operator new[](size_t sz) {
-  void* p = malloc(sz);
-  if (p == nullptr && sz != 0) IErrReporter::panic("insufficient memory new[]", true);
-  return p;
-}
-
-void operator delete(void* p) noexcept { free(p); }
-void operator delete[](void* p) noexcept { free(p); }
-void operator delete(void* p, size_t) noexcept { free(p); }
-void operator delete[](void* p, size_t) noexcept { free(p); }
 
 void file_remove(const char* name) { (void)unlink(name); }
 

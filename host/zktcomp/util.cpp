@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "arena.h"
 #include "ierrrep.h"
 
 // ---------------------------------------------------------------- mstring
@@ -23,70 +24,16 @@
 // free stays visible.
 namespace {
 
-#ifndef ZKT_PLAIN_ALLOC
-const size_t kPooledMax = 2048;
-const size_t kPoolBytes = 1 << 20;
-
-// Plain data, so that a thread reaches it without an initialisation check.
-struct StrPool {
-  void* head[kPooledMax / 16 + 1];
-  size_t bytes;
-  bool closed;  // the thread is ending: free at once
-};
-thread_local StrPool t_pool;
-
-// Empties the pool when its thread ends; buffers freed after that go back at once.
-struct StrPoolDrain {
-  ~StrPoolDrain() {
-    t_pool.closed = true;
-    for (void*& h : t_pool.head) {
-      while (h != nullptr) {
-        void* next = *(void**)h;
-        delete[] (char*)h;
-        h = next;
-      }
-    }
-    t_pool.bytes = 0;
-  }
-};
-thread_local StrPoolDrain t_poolDrain;
-#endif
-
-// A buffer of at least cap bytes; cap becomes its real size.
+// A buffer of at least cap bytes; cap becomes its real size. Sizes in steps
+// of 16 let a freed buffer serve the next string of about its length (the
+// compile arena keeps a list per size).
 char* strAlloc(size_t& cap) {
   cap = (cap + 15) & ~(size_t)15;
-#ifndef ZKT_PLAIN_ALLOC
-  if (cap <= kPooledMax) {
-    StrPool& pool = t_pool;
-    void*& h = pool.head[cap / 16];
-    if (h != nullptr) {
-      char* b = (char*)h;
-      h = *(void**)b;
-      pool.bytes -= cap;
-      return b;
-    }
-  }
-#endif
-  return new char[cap];
+  return static_cast<char*>(::operator new(cap));
 }
 
-// Gives back a buffer of cap bytes (or of more: a size outside the classes is simply freed).
 void strFree(char* p, size_t cap) {
-  if (p == nullptr) return;
-#ifndef ZKT_PLAIN_ALLOC
-  StrPool& pool = t_pool;
-  if (cap <= kPooledMax && (cap & 15) == 0 && cap != 0 && !pool.closed && pool.bytes + cap <= kPoolBytes) {
-    if (pool.bytes == 0) (void)&t_poolDrain;  // registers the drain of this thread
-    void*& h = pool.head[cap / 16];
-    *(void**)p = h;
-    h = p;
-    pool.bytes += cap;
-    return;
-  }
-#else
-  (void)cap;
-#endif
-  delete[] p;
+  if (p != nullptr) ::operator delete(p, cap);
 }
 
 }  // namespace
@@ -555,8 +502,9 @@ IOutStream* IOutStream::createDupStream(IOutStream* s1, IOutStream* s2, bool own
 
 namespace UT {
 
-Buf::Buf(int size) : m_ptr(new char[size + 2]), m_bufsz(size) { eos(); }
-Buf::~Buf() { delete[] m_ptr; }
+// Freed with its size, so that the compile arena can use it again for the next line.
+Buf::Buf(int size) : m_ptr(static_cast<char*>(::operator new((size_t)size + 2))), m_bufsz(size) { eos(); }
+Buf::~Buf() { ::operator delete(m_ptr, (size_t)m_bufsz + 2); }
 
 void Buf::read(FILE* is) {
   if (fgets(m_ptr, m_bufsz, is) == nullptr) {
@@ -833,6 +781,7 @@ public:
   int nameId(const char* name) {
     int id = m_names.find(name);
     if (id < 0) {
+      CompileArena::Outside keep;  // the registry outlives every compile of its thread
       id = idOfText(name, strlen(name));
       m_names.add(name, id);
 #ifdef ZKT_CHECK_FRAGMENTS
@@ -852,6 +801,7 @@ public:
 #endif
       return m_pieces[(size_t)n].data();
     }
+    CompileArena::Outside keep;
     std::vector<FragPiece> v;
     const char* from = text;
     for (const char* s = strchr(text, '{'); s != nullptr; s = strchr(s + 1, '{')) {
@@ -977,9 +927,11 @@ void Frag::fillTo(IOutStream& os, const char* text) const {
       if (find(pc->id) == nullptr) placeholderNeverSet(*pc);
     return;
   }
-  // Emptied by hand: set() with no text would free the buffer.
+  // Emptied by hand: set() with no text would free the buffer. It lives as
+  // long as the thread, so it grows outside the compile arena.
   static thread_local mstring scratch;
   scratch.length = 0;
+  CompileArena::Outside keep;
   fillInto(scratch, text);
   os << scratch;
 }

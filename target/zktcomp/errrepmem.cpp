@@ -1,9 +1,14 @@
 // In-memory reporter.
 #include "errrepmem.h"
 
+#include "arena.h"
+
 void ErrReporterMem::ProcessError(CompilerErrorType type, const mstring& msg, const mstring& file, int line,
                                   int pos) {
-  if (m_errfn) m_errfn(type, msg.c_str(), file.c_str(), line, pos, m_ctx);
+  if (m_errfn) {
+    CompileArena::Outside keep;  // what the caller keeps of a message must outlive the compile
+    m_errfn(type, msg.c_str(), file.c_str(), line, pos, m_ctx);
+  }
   if (m_cbk) m_cbk->execute();  // warnings run it as well
   if (type == ZKTCOMP_ERROR) {
     m_err_count++;

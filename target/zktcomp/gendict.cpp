@@ -10,9 +10,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
 #include <string>
 
 #include "analyzer.h"
+#include "arena.h"
 #include "errrepmem.h"
 #include "job.h"
 #include "parser.h"
@@ -40,7 +42,7 @@ const int kTooLarge = -1;
 
 template <class T>
 T* callocOf(size_t n) {
-  return static_cast<T*>(zkt_sys_calloc(n, sizeof(T)));
+  return static_cast<T*>(runtimeCalloc(n, sizeof(T)));
 }
 
 long long roundUp(long long n, int a) {
@@ -51,8 +53,18 @@ long long roundUp(long long n, int a) {
 
 }  // namespace
 
+void* runtimeMalloc(size_t size) {
+  CompileArena::Outside keep;
+  return zkt_sys_malloc(size);
+}
+
+void* runtimeCalloc(size_t n, size_t size) {
+  CompileArena::Outside keep;
+  return zkt_sys_calloc(n, size);
+}
+
 char* dictStrdup(const char* s) {
-  char* r = static_cast<char*>(zkt_sys_malloc(strlen(s) + 1));
+  char* r = static_cast<char*>(runtimeMalloc(strlen(s) + 1));
   strcpy(r, s);
   return r;
 }
@@ -327,15 +339,15 @@ unsigned int MemoryClassDictCreator::initValues(const Struct& s, const Field& f,
 
 void MemoryClassDictCreator::copyTables(zkt_dictionary_t_* dict) {
   const unsigned int ni = m_iinit_values.size();
-  dict->init_i_data.ptr = static_cast<int32_t*>(zkt_sys_calloc(ni + 1, sizeof(int32_t)));
+  dict->init_i_data.ptr = static_cast<int32_t*>(runtimeCalloc(ni + 1, sizeof(int32_t)));
   for (unsigned int i = 0; i < ni; i++) dict->init_i_data.ptr[i] = m_iinit_values[i];
   dict->init_i_data_n = ni;
   const unsigned int nd = m_dinit_values.size();
-  dict->init_d_data.ptr = static_cast<double*>(zkt_sys_calloc(nd + 1, sizeof(double)));
+  dict->init_d_data.ptr = static_cast<double*>(runtimeCalloc(nd + 1, sizeof(double)));
   for (unsigned int i = 0; i < nd; i++) dict->init_d_data.ptr[i] = m_dinit_values[i];
   dict->init_d_data_n = nd;
   const unsigned int ns = m_sinit_values.size();
-  dict->init_s_data.ptr = static_cast<char*>(zkt_sys_malloc(ns));
+  dict->init_s_data.ptr = static_cast<char*>(runtimeMalloc(ns));
   if (ns > 0) memcpy(dict->init_s_data.ptr, m_sinit_values.c_str(), ns);
   dict->init_s_data_n = ns;
 }
@@ -432,6 +444,7 @@ public:
 
   // False, with nothing created, when the path can't be had or made.
   bool create() {
+    CompileArena::Outside keep;  // the runtime is asked for the path, and the path outlives the compile
     const char* dir = zkt_get_temp_dir();
     const char* delim = zkt_get_dir_delimiter();
     const char* suffix = zkt_get_tmpfile_suffix();
@@ -467,6 +480,9 @@ mstring orDot(const char* s) { return mstring(s != nullptr ? s : "."); }
 extern "C" __attribute__((visibility("default"))) ZKT_RET zkt_db_load_dictionary(
     const char* schema_str, zktcomp_options_t* comp_opts, zkt_dict_h* ret_dict, size_t* ret_dict_size,
     char* ret_dbname, size_t* ret_dbname_size, dicterrfn errfn, void* ctx) {
+  // Everything below allocates from the arena, which outlives it all and
+  // gives the memory back in one piece.
+  CompileArena arena;
   zktcomp_options_t none;
   memset(&none, 0, sizeof none);
   const zktcomp_options_t& o = comp_opts != nullptr ? *comp_opts : none;
@@ -488,9 +504,11 @@ extern "C" __attribute__((visibility("default"))) ZKT_RET zkt_db_load_dictionary
   ZKT_RET rc = ZKT_S_OK;
   try {
     Parser parser(tmp.m_f, "<membuf>", &rep, includeDir, dirText);
-    Analyzer analyzer(parser, o.allCompact != 0, o.genSql != 0, o.persistent != 0, o.transient != 0,
-                      o.atomic != 0, &cbk, o.largeDatabase != 0, 8, o.largeDatabase != 0 || o.nosort != 0,
-                      o.nosort != 0, o.wcharSize, suppress);
+    std::unique_ptr<Analyzer> owned(new Analyzer(parser, o.allCompact != 0, o.genSql != 0, o.persistent != 0,
+                                                 o.transient != 0, o.atomic != 0, &cbk, o.largeDatabase != 0, 8,
+                                                 o.largeDatabase != 0 || o.nosort != 0, o.nosort != 0,
+                                                 o.wcharSize, suppress));
+    Analyzer& analyzer = *owned;
     analyzer.analyze();
     analyzer.doChecks();
     Schema& schema = analyzer.getSchema();
@@ -515,6 +533,8 @@ extern "C" __attribute__((visibility("default"))) ZKT_RET zkt_db_load_dictionary
         *ret_dbname_size = 0;
       }
     }
+    // The arena takes the model back with everything else: no walk over it.
+    if (arena.reclaims()) (void)owned.release();
   } catch (...) {
     delete gen;  // the half-built dictionary stays: it came from the runtime
     rc = ZKT_E_SCHEMA_ERROR;

@@ -13,6 +13,11 @@ void* zkt_sys_malloc(size_t size);
 void* zkt_sys_calloc(size_t n, size_t size);
 }
 
+// The runtime's allocators called outside the compile arena: what the
+// runtime allocates for itself on the way must outlive the compile.
+void* runtimeMalloc(size_t size);
+void* runtimeCalloc(size_t n, size_t size);
+
 // A GenOutput whose streams all go nowhere and whose layout is all numbers:
 // the numbers the target compiler would compute from the generated C, direct
 // structs included. generate() runs the layout and builds the dictionary.

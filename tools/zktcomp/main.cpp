@@ -115,7 +115,6 @@ static bool diagValue(const char* v) {
 
 int main(int argc, char** argv) {
   Job job;
-  job.processEnds = true;
   for (const BoolOption& o : kBoolOptions) job.*o.field = false;
   job.revno = false;
   job.compver = false;
