@@ -7,44 +7,49 @@
 
 // ---------------------------------------------------------------- FSize
 
+const mstring FSize::kNoText;
+
 int FSize::operator=(int n) {
   m_size_n = n;
-  m_size_s = mstring();
+  setText(mstring());
   m_calc_type_size = 0;
   return m_size_n;
 }
 
 const mstring& FSize::operator=(const mstring& s) {
-  m_size_s = s;
+  setText(s);
   m_size_n = 0;
-  return m_size_s;
+  return text();
 }
 
 // Two texts are joined by "+" without parentheses: whoever built the left
 // expression brackets it if precedence matters.
 FSize& FSize::operator+=(const FSize& o) {
   m_size_n += o.m_size_n;
-  if (is_str() && o.is_str()) m_size_s += mstring("+");
-  m_size_s += o.m_size_s;
+  if (!o.is_str()) return *this;
+  mstring& t = ext().text;
+  if (!t.empty()) t += '+';
+  t += o.m_ext->text;
   return *this;
 }
 
-// Written into tmp's own buffer, which is reused from conversion to conversion.
+// Written into the scratch room's own buffer, reused from conversion to conversion.
 FSize::operator const mstring&() const {
-  mstring& text = tmp.get();
-  if (m_size_n == 0 && !m_size_s.empty()) {
-    text = m_size_s;
-    return text;
+  mstring& out = ext().scratch;
+  const mstring& t = text();
+  if (m_size_n == 0 && !t.empty()) {
+    out = t;
+    return out;
   }
   char buf[24];
   const size_t n = UT::decimal(m_size_n, buf);
-  if (n < text.allocated) text.set(buf, n);
-  else text = mstring(buf, n);  // a buffer that fits
-  if (!m_size_s.empty()) {
-    text += '+';
-    text += m_size_s;
+  if (n < out.allocated) out.set(buf, n);
+  else out = mstring(buf, n);  // a buffer that fits
+  if (!t.empty()) {
+    out += '+';
+    out += t;
   }
-  return text;
+  return out;
 }
 
 mstring UT::Q(const FSize& f) { return Q((const mstring&)f); }

@@ -39,70 +39,77 @@ class Schema;
 
 // ---------------------------------------------------------------- symbolic sizes
 
-// Scratch room for the text form of a size, made on its first use: most
-// sizes of a large schema are never written as text. Its content means
-// nothing between conversions, so a copy starts without one.
-class SizeScratch {
-public:
-  SizeScratch() = default;
-  SizeScratch(const SizeScratch&) {}
-  SizeScratch(SizeScratch&& o) noexcept : m_text(o.m_text) { o.m_text = nullptr; }
-  SizeScratch& operator=(const SizeScratch&) { return *this; }
-  ~SizeScratch() { delete m_text; }
-  mstring& get() const {
-    if (m_text == nullptr) m_text = new mstring();
-    return *m_text;
-  }
-
-private:
-  mutable mstring* m_text = nullptr;
-};
-
-// A size, offset or alignment: the number m_size_n plus the text m_size_s,
-// an expression that only the target's compiler can evaluate (the size of a
-// direct struct). An empty text means a plain number.
+// A size, offset or alignment: the number m_size_n plus a text, an
+// expression that only the target's compiler can evaluate (the size of a
+// direct struct). An empty text means a plain number. The text and the
+// scratch room of the text form live in a block made on first use: most
+// sizes of a large schema are numbers that are never written as text.
 class FSize {
 public:
   int m_size_n;
   int m_calc_type_size;  // numeric size that update_strings replaced by text; copied, never read here
-  mstring m_size_s;
-  SizeScratch tmp;  // scratch of the text form; meaningless between conversions
 
   FSize() : m_size_n(0), m_calc_type_size(0) {}
   FSize(int n) : m_size_n(n), m_calc_type_size(0) {}
-  FSize(const mstring& s) : m_size_n(0), m_calc_type_size(0), m_size_s(s) {}
-  FSize(const FSize& o) = default;
-  FSize(FSize&& o) = default;
+  FSize(const mstring& s) : m_size_n(0), m_calc_type_size(0) {
+    if (!s.empty()) ext().text = s;
+  }
+  FSize(const FSize& o) : m_size_n(o.m_size_n), m_calc_type_size(o.m_calc_type_size) {
+    if (o.is_str()) ext().text = o.m_ext->text;
+  }
+  FSize(FSize&& o) noexcept : m_size_n(o.m_size_n), m_calc_type_size(o.m_calc_type_size), m_ext(o.m_ext) {
+    o.m_ext = nullptr;
+  }
+  ~FSize() { delete m_ext; }
 
-  // Leaves tmp alone.
+  // The scratch room stays with its owner.
   FSize& operator=(const FSize& o) {
     m_size_n = o.m_size_n;
-    m_size_s = o.m_size_s;
     m_calc_type_size = o.m_calc_type_size;
+    setText(o.text());
     return *this;
   }
   FSize& operator=(FSize&& o) noexcept {
     m_size_n = o.m_size_n;
-    m_size_s = std::move(o.m_size_s);
     m_calc_type_size = o.m_calc_type_size;
+    if (o.is_str()) ext().text = std::move(o.m_ext->text);
+    else if (m_ext != nullptr) m_ext->text = mstring();
     return *this;
   }
   int operator=(int n);
   const mstring& operator=(const mstring& s);  // zeroes the number, keeps m_calc_type_size
 
-  bool is_str() const { return !m_size_s.empty(); }
+  bool is_str() const { return m_ext != nullptr && !m_ext->text.empty(); }
+  const mstring& text() const { return m_ext != nullptr ? m_ext->text : kNoText; }
   FSize& operator+=(const FSize& o);
-  // "12", "X", "12+X": the result lives in tmp, so a second conversion of the
-  // same object overwrites the first result.
+  // "12", "X", "12+X": the result lives in the scratch room, so a second
+  // conversion of the same object overwrites the first result.
   operator const mstring&() const;
   operator int() const { return m_size_n; }  // the number alone, whatever the text says
   bool operator>(const FSize& o) const { return m_size_n > o.m_size_n; }
-  bool operator==(const FSize& o) const { return m_size_n == o.m_size_n && m_size_s == o.m_size_s; }
+  bool operator==(const FSize& o) const { return m_size_n == o.m_size_n && text() == o.text(); }
+
+private:
+  struct Ext {
+    mstring text;
+    mstring scratch;  // meaningless between conversions
+  };
+  mutable Ext* m_ext = nullptr;
+  static const mstring kNoText;
+
+  Ext& ext() const {
+    if (m_ext == nullptr) m_ext = new Ext();
+    return *m_ext;
+  }
+  void setText(const mstring& s) {
+    if (!s.empty()) ext().text = s;
+    else if (m_ext != nullptr) m_ext->text = mstring();
+  }
 };
 
 // fr.set(name, text of size), a plain number written straight from the number.
 inline Frag& setSize(Frag& fr, const char* name, const FSize& size) {
-  if (size.m_size_s.empty()) return fr.set(name, (long)size.m_size_n);
+  if (!size.is_str()) return fr.set(name, (long)size.m_size_n);
   return fr.set(name, (const mstring&)size);
 }
 
@@ -114,7 +121,6 @@ public:
   FSize m_size;            // bytes in the fixed part
   FSize m_offset;          // from the start of the fixed part
   FSize m_align;
-  mstring m_collected_offs;
   bool m_isDirectStruct = false;  // set by update_strings
   bool m_inDirectStruct = false;  // set by update_strings
 
