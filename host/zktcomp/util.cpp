@@ -24,11 +24,14 @@
 // free stays visible.
 namespace {
 
+const size_t kLargestText = 0xfffffff0u;  // a string's sizes are 32 bits
+
 // A buffer of at least cap bytes; cap becomes its real size. Sizes in steps
 // of 16 let a freed buffer serve the next string of about its length (the
 // compile arena keeps a list per size).
-char* strAlloc(size_t& cap) {
-  cap = (cap + 15) & ~(size_t)15;
+char* strAlloc(unsigned int& cap, size_t want) {
+  if (want > kLargestText) IErrReporter::panic("insufficient memory new", true);
+  cap = (unsigned int)((want + 15) & ~(size_t)15);
   return static_cast<char*>(::operator new(cap));
 }
 
@@ -42,8 +45,7 @@ void strFree(char* p, size_t cap) {
 // gets one that fits the text exactly.
 static void copyExact(mstring& to, const mstring& from) {
   if (from.length == 0) return;
-  to.allocated = from.length + 1;
-  to.p = strAlloc(to.allocated);
+  to.p = strAlloc(to.allocated, (size_t)from.length + 1);
   memcpy(to.p, from.p, from.length);
   to.p[from.length] = 0;
   to.length = from.length;
@@ -52,17 +54,15 @@ static void copyExact(mstring& to, const mstring& from) {
 mstring::mstring(const mstring& other) : p(nullptr), allocated(0), length(0) { copyExact(*this, other); }
 
 mstring::mstring(const char* s) {
-  length = (size_t)(int)strlen(s);
-  allocated = length + 1;
-  p = strAlloc(allocated);
+  length = (unsigned int)(int)strlen(s);
+  p = strAlloc(allocated, (size_t)length + 1);
   memcpy(p, s, length);
   p[length] = 0;
 }
 
 mstring::mstring(const char* s, size_t n) {
-  length = n;
-  allocated = n + 1;
-  p = strAlloc(allocated);
+  p = strAlloc(allocated, n + 1);
+  length = (unsigned int)n;
   memcpy(p, s, n);
   p[n] = 0;
 }
@@ -87,9 +87,10 @@ void mstring::set(const char* s, size_t len) {
     return;
   }
   if (len >= allocated) {
-    size_t cap = len + 100;
-    if (cap < allocated * 2) cap = allocated * 2;
-    char* fresh = strAlloc(cap);
+    size_t want = len + 100;
+    if (want < (size_t)allocated * 2) want = (size_t)allocated * 2;
+    unsigned int cap;
+    char* fresh = strAlloc(cap, want);
     memcpy(fresh, s, len);  // s may point into the old buffer: copy before freeing
     strFree(p, allocated);
     p = fresh;
@@ -98,7 +99,7 @@ void mstring::set(const char* s, size_t len) {
     memmove(p, s, len);
   }
   p[len] = 0;
-  length = len;
+  length = (unsigned int)len;
 }
 
 void mstring::addGrow(const char* s, size_t len) {
@@ -108,9 +109,10 @@ void mstring::addGrow(const char* s, size_t len) {
   }
   size_t newlen = length + len;
   if (newlen >= allocated) {
-    size_t cap = newlen + 200;
-    if (cap < allocated * 2) cap = allocated * 2;
-    char* fresh = strAlloc(cap);
+    size_t want = newlen + 200;
+    if (want < (size_t)allocated * 2) want = (size_t)allocated * 2;
+    unsigned int cap;
+    char* fresh = strAlloc(cap, want);
     memcpy(fresh, p, length);
     if (len) memcpy(fresh + length, s, len);  // s may point into the old buffer
     strFree(p, allocated);
@@ -120,7 +122,7 @@ void mstring::addGrow(const char* s, size_t len) {
     memmove(p + length, s, len);
   }
   p[newlen] = 0;
-  length = newlen;
+  length = (unsigned int)newlen;
 }
 
 mstring& mstring::operator+=(const mstring& other) {

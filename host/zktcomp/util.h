@@ -16,11 +16,12 @@
 // set to empty; a null p and a one-byte buffer are equal in every operation
 // except startsWith and operator[]. When p is set, p[length] is NUL and
 // length < allocated. Capacity grows geometrically (internal only).
+// Sizes are 32 bits: a text of 4 GiB or more is out of memory (strAlloc).
 class mstring {
 public:
   char* p;
-  size_t allocated;
-  size_t length;
+  unsigned int allocated;
+  unsigned int length;
 
   mstring() : p(nullptr), allocated(0), length(0) {}
   mstring(const mstring& other);
