@@ -150,6 +150,25 @@ TEST(SupportSet, FindsByNameBeforeAndAfterRenaming) {
   EXPECT_EQ(s.get()->find(probe), nullptr);
 }
 
+// Short lists are searched directly, longer ones by hash: both must agree,
+// also across the rebuilds of the table, and compare texts up to a NUL.
+TEST(SupportSet, StringSetKeepsOrderAndFindsAcrossItsTableSizes) {
+  StringSet set;
+  for (int round = 0; round < 2; round++)
+    for (int i = 0; i < 100; i++) EXPECT_EQ(set.insert(mstring(("n" + std::to_string(i)).c_str())), round == 0) << i;
+  ASSERT_EQ(set.els.size(), 100u);
+  EXPECT_STREQ(set.els[0].c_str(), "n0");
+  EXPECT_STREQ(set.els[99].c_str(), "n99");
+  for (int i = 0; i < 100; i++) EXPECT_TRUE(set.find(mstring(("n" + std::to_string(i)).c_str()))) << i;
+  EXPECT_FALSE(set.find(mstring("n100")));
+  EXPECT_FALSE(set.find(mstring("")));
+  EXPECT_TRUE(set.find(mstring("n7\0tail", 7)));  // the text ends at its NUL
+  StringSet small;
+  EXPECT_TRUE(small.insert(mstring("")));
+  EXPECT_FALSE(small.insert(mstring()));  // no buffer reads as ""
+  EXPECT_TRUE(small.find(mstring()));
+}
+
 // ---------------------------------------------------------------- streams
 
 // ---------------------------------------------------------------- text helpers

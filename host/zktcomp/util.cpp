@@ -304,14 +304,63 @@ bool PosImpl::valid() { return index < owner->els.size(); }
 
 ISet* ISet::create() { return new SetImpl(); }
 
+namespace {
+
+const unsigned int kDirectMax = 8;  // lists up to this long are searched directly
+
+size_t textHash(const char* s) {
+  size_t h = 14695981039346656037ull;
+  for (; *s; s++) h = (h ^ (unsigned char)*s) * 1099511628211ull;
+  return h;
+}
+
+}  // namespace
+
+int StringSet::position(const char* text, size_t hash) const {
+  if (m_index.size() == 0) {
+    for (unsigned int i = 0; i < els.size(); i++)
+      if (strcmp(els[i].c_str(), text) == 0) return (int)i;
+    return -1;
+  }
+  const unsigned int mask = m_index.size() - 1;
+  for (unsigned int i = (unsigned int)hash & mask;; i = (i + 1) & mask) {
+    const unsigned int at = m_index[i];
+    if (at == 0) return -1;
+    if (strcmp(els[at - 1].c_str(), text) == 0) return (int)(at - 1);
+  }
+}
+
+void StringSet::place(unsigned int pos, size_t hash) {
+  const unsigned int mask = m_index.size() - 1;
+  unsigned int i = (unsigned int)hash & mask;
+  while (m_index[i] != 0) i = (i + 1) & mask;
+  m_index[i] = pos + 1;
+}
+
 bool StringSet::insert(const mstring& s) {
-  if (!m_index.insert(std::string(s.c_str())).second) return false;
+  const char* text = s.c_str();
+  const size_t hash = m_index.size() != 0 ? textHash(text) : 0;
+  if (position(text, hash) >= 0) return false;
   els.push_back(s);
+  const unsigned int n = els.size();
+  if (n <= kDirectMax) return true;
+  if (2 * n <= m_index.size()) {
+    place(n - 1, hash);
+    return true;
+  }
+  // A table at most half full: every position is entered afresh.
+  unsigned int cap = 4 * kDirectMax;
+  while (cap < 2 * n) cap *= 2;
+  m_index = mvector<unsigned int>();
+  m_index.resize(cap, 0);
+  for (unsigned int i = 0; i < n; i++) place(i, textHash(els[i].c_str()));
   return true;
 }
 
-// Equality is strcmp on c_str(), so the key is the text up to its first NUL.
-bool StringSet::find(const mstring& s) { return m_index.count(std::string(s.c_str())) != 0; }
+bool StringSet::find(const mstring& s) const {
+  const char* text = s.c_str();
+  return position(text, m_index.size() != 0 ? textHash(text) : 0) >= 0;
+}
 
 // ---------------------------------------------------------------- streams
 

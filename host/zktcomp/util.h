@@ -7,7 +7,6 @@
 #include <string.h>
 
 #include <string>
-#include <unordered_set>
 
 #include "mvector.h"
 
@@ -188,15 +187,19 @@ private:
 };
 
 // A plain list of distinct strings, in insertion order. els is written only
-// through insert; a hash index beside it keeps lookups constant-time.
+// through insert. Equality is strcmp on c_str(), so the key is the text up
+// to its first NUL. A short list is searched directly; a longer one also
+// keeps positions by hash, so lookups stay constant-time.
 class StringSet {
 public:
   mvector<mstring> els;
-  virtual ~StringSet() {}
-  virtual bool insert(const mstring& s);
-  virtual bool find(const mstring& s);
+  bool insert(const mstring& s);
+  bool find(const mstring& s) const;
+
 private:
-  std::unordered_set<std::string> m_index;
+  mvector<unsigned int> m_index;  // position + 1 by hash, 0 for a free cell; empty for a short list
+  int position(const char* text, size_t hash) const;
+  void place(unsigned int pos, size_t hash);
 };
 
 // ---------------------------------------------------------------- output streams
