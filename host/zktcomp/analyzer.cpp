@@ -1170,7 +1170,7 @@ void Analyzer::do_field(Struct& s) {
     if (tok == ";") return;
     if (tok != ",") error("expected , or ;");
     f = s.v_field.back();  // the declarator again, without the values of this name
-    f.m_initVals = mvector<mstring>();
+    f.m_initVals.reset();
     f.m_name = m_p.getName();
     checkIsNotReserved(f.m_name);
   }

@@ -194,20 +194,20 @@ public:
   int m_indicator = -1;  // nullable field: position of its indicator in v_field
   bool m_isRTreeRect = false;
   bool m_isRTreePoint = false;
-  mvector<mstring> m_initVals;  // raw tokens
+  Rare<mvector<mstring>> m_initVals;  // raw tokens
   Struct* m_pstruct = nullptr;
   FldLayout* m_c_layout = nullptr;
   FldLayout* m_u_layout = nullptr;
   Enum* m_penum = nullptr;
-  mstring m_refto;            // class named in ref<...> or autoid_t<...>
+  Rare<mstring> m_refto;      // class named in ref<...> or autoid_t<...>
   unsigned int m_seq_no = 0;  // shared by all names of one declaration
   bool m_isDirectStruct = false;  // type is a direct struct known when the field was declared
   Struct* m_containerStruct = nullptr;
   unsigned int m_no = 0;  // position in v_field when declared; shared by all names of one declaration
   int m_precision = -1;   // digits after the point of a decimal; -1 otherwise
-  mstring m_seqElemType;
+  Rare<mstring> m_seqElemType;
   Struct* m_seqElemStruct = nullptr;
-  mstring m_seqOrder;  // ZKT_SEQ_ASC_ORDER, ZKT_SEQ_DESC_ORDER or ZKT_SEQ_NO_ORDER
+  Rare<mstring> m_seqOrder;  // ZKT_SEQ_ASC_ORDER, ZKT_SEQ_DESC_ORDER or ZKT_SEQ_NO_ORDER
 
   // The layout-free element type information of a field.
   struct DictInfo {

@@ -106,6 +106,63 @@ inline bool operator!=(const mstring& a, const char* b) { return !(a == b); }
 bool operator<(const mstring& a, const mstring& b);
 bool operator>(const mstring& a, const mstring& b);
 
+// A value that most owners never set, kept behind a pointer made on the
+// first assignment: eight bytes while unset. Reads see an empty value.
+template <class T>
+class Rare {
+public:
+  Rare() = default;
+  Rare(const Rare& o) : m(o.m != nullptr ? new T(*o.m) : nullptr) {}
+  Rare(Rare&& o) noexcept : m(o.m) { o.m = nullptr; }
+  ~Rare() { delete m; }
+  Rare& operator=(const Rare& o) {
+    if (this != &o) *this = o.get();
+    return *this;
+  }
+  Rare& operator=(Rare&& o) noexcept {
+    T* old = m;
+    m = o.m;
+    o.m = old;
+    return *this;
+  }
+  Rare& operator=(const T& v) {
+    edit() = v;
+    return *this;
+  }
+  Rare& operator=(T&& v) {
+    edit() = std::move(v);
+    return *this;
+  }
+
+  const T& get() const { return m != nullptr ? *m : none(); }
+  operator const T&() const { return get(); }
+  T& edit() {  // makes the value when it is unset
+    if (m == nullptr) m = new T();
+    return *m;
+  }
+  void reset() {  // unset again
+    delete m;
+    m = nullptr;
+  }
+
+  // The members the owners use, for strings and for lists.
+  const char* c_str() const { return get().c_str(); }
+  bool empty() const { return m == nullptr || m->size() == 0; }
+  unsigned int size() const { return m != nullptr ? m->size() : 0; }
+  template <class E>
+  void push_back(E&& e) {
+    edit().push_back(std::forward<E>(e));
+  }
+  auto operator[](unsigned int i) const -> decltype(get()[i]) { return get()[i]; }
+
+private:
+  T* m = nullptr;
+  static const T& none() {
+    static const T value;
+    return value;
+  }
+};
+
 // ---------------------------------------------------------------- handles and sets
 // Base of everything a set holds; made with new, deleted by its last handle.
 class IComparable {
