@@ -797,6 +797,11 @@ void Analyzer::do_index_declaration(Class& cls, IndexType type, bool unique, boo
   idx.m_IndexType = type;
   idx.m_isUserdef = userdef;
   do_indexFields(idx, cls);
+  // The paths are only appended to: their lists can lose their spare room.
+  idx.v_indfield.shrink_to_fit();
+  idx.v_colls.shrink_to_fit();
+  idx.v_descending.shrink_to_fit();
+  idx.v_case_insensitive.shrink_to_fit();
 
   idx.m_name = m_p.getName();
   checkIsNotReserved(idx.m_name);

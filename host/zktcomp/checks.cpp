@@ -304,6 +304,7 @@ void Analyzer::finishIndices() {
         }
       }
 
+      idx.v_fldParsed.reserve(idx.v_indfield.size());
       for (unsigned int j = 0; j < idx.v_indfield.size(); j++) {
         if (!idx.v_colls[j].empty()) cls.m_hasCollations = true;
         Index::Segment seg = constructIndexSegment(idx.m_name, idx.v_descending[j], idx.v_case_insensitive[j],
