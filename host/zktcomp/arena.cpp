@@ -69,24 +69,20 @@ public:
 
   bool holds(const void* p) const { return (uintptr_t)p - (uintptr_t)m_base < m_size; }
 
-  // Null when the range is full: the system serves the request then.
-  void* take(size_t n) {
+  // Null when the range is full: the system serves the request then. A
+  // block from the list of its class is the common case, and is inline.
+  __attribute__((always_inline)) void* take(size_t n) {
     if (n > kSmallMax) return takeLarge(n);
     const int c = classOf(n != 0 ? n : 1);
     if (void* f = m_free[c]) {
       m_free[c] = *static_cast<void**>(f);
       return f;
     }
-    const size_t size = classSize(c);
-    if (size > (size_t)(m_high - m_low)) return nullptr;
-    if (m_low + size > m_lowReady && !readyLow(m_low + size)) return nullptr;
-    void* r = m_low;
-    m_low += size;
-    return r;
+    return carve(classSize(c));
   }
 
   // p is held by this arena; n is its size, or 0 when not known.
-  void give(void* p, size_t n) {
+  __attribute__((always_inline)) void give(void* p, size_t n) {
     if (p >= m_high) {
       char* head = static_cast<char*>(p) - kLargeHead;
       (void)madvise(head, *reinterpret_cast<size_t*>(head), MADV_DONTNEED);
@@ -107,6 +103,14 @@ private:
   char* m_highReady;  // [m_highReady, m_base + m_size) is usable
   void* m_free[kClasses] = {};
 
+  __attribute__((noinline)) void* carve(size_t size) {
+    if (size > (size_t)(m_high - m_low)) return nullptr;
+    if (m_low + size > m_lowReady && !readyLow(m_low + size)) return nullptr;
+    void* r = m_low;
+    m_low += size;
+    return r;
+  }
+
   bool readyLow(char* end) {
     char* to = m_base + roundUp((size_t)(end - m_base), kCommitStep);
     if (to > m_base + m_size) to = m_base + m_size;
@@ -115,7 +119,7 @@ private:
     return true;
   }
 
-  void* takeLarge(size_t n) {
+  __attribute__((noinline)) void* takeLarge(size_t n) {
     if (n > m_size) return nullptr;
     const size_t size = roundUp(n + kLargeHead, kPage);
     if (size > (size_t)(m_high - m_low)) return nullptr;
@@ -145,7 +149,7 @@ Arena* holder(const void* p) {
   return nullptr;
 }
 
-inline void* allocate(size_t n) {
+__attribute__((always_inline)) inline void* allocate(size_t n) {
   Arena* a = t_arena.open;
   if (a != nullptr && !t_arena.outside) {
     if (void* p = a->take(n)) return p;
@@ -153,7 +157,7 @@ inline void* allocate(size_t n) {
   return malloc(n);
 }
 
-inline void release(void* p, size_t n) {
+__attribute__((always_inline)) inline void release(void* p, size_t n) {
   if (Arena* a = holder(p)) a->give(p, n);
   else free(p);
 }

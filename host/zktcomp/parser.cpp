@@ -85,42 +85,57 @@ bool CVT::s2dbl(const char* s, double* n) {
 Parser::Parser(FILE* inp, const mstring& name, IErrReporter* rep, const mstring& includeDir, const mstring& dir)
     : m_pos(0), m_prepr(inp, name, *rep, includeDir, dir) {}
 
-// Pushed-back tokens come first. Otherwise the next token of the current
-// line, reading lines as needed; a token never spans two lines.
+// Finds the next token of the input, reading lines as needed: it is
+// m_line[begin, m_pos). False at the end of the input. A token never spans
+// two lines.
+bool Parser::nextToken(int& begin) {
+  for (;;) {
+    while (!m_prepr.finished() && m_pos >= (int)m_line.size()) {
+      m_line = m_prepr.readLine();
+      m_pos = 0;
+    }
+    if (m_prepr.finished()) return false;
+    skipBlanks();
+    const char* line = m_line.c_str();
+    const int size = (int)m_line.size();
+    begin = m_pos;
+    if (m_pos < size) m_pos++;
+    if (UT::nameBeg(line[begin])) {  // what canAppend answers for a name, without asking it
+      while (m_pos < size && UT::nameCont(line[m_pos])) m_pos++;
+    } else {
+      while (m_pos < size && canAppend(line + begin, (size_t)(m_pos - begin), line[m_pos])) m_pos++;
+    }
+    if (m_pos > begin) return true;
+  }
+}
+
+// Pushed-back tokens come first, then the next token of the input.
 mstring Parser::get() {
   if (v_taken.size()) {
     mstring t = std::move(v_taken.back());
     v_taken.pop_back();
     return t;
   }
-  mstring token;
-  while (!m_prepr.finished() && token.empty()) {
-    while (!m_prepr.finished() && m_pos >= (int)m_line.size()) {
-      m_line = m_prepr.readLine();
-      m_pos = 0;
-    }
-    if (m_prepr.finished()) break;
-    skipBlanks();
-    // The token is cut from the line once its end is known.
-    const char* line = m_line.c_str();
-    const int begin = m_pos;
-    if (m_pos < (int)m_line.size()) m_pos++;
-    while (m_pos < (int)m_line.size() && canAppend(line + begin, (size_t)(m_pos - begin), line[m_pos])) m_pos++;
-    // Names keep their token's buffer: it fits the text.
-    if (m_pos > begin) token = mstring(line + begin, (size_t)(m_pos - begin));
-  }
-  return token;
+  int begin;
+  if (!nextToken(begin)) return mstring();
+  return mstring(m_line.c_str() + begin, (size_t)(m_pos - begin));
 }
 
 void Parser::takeBack(mstring& t) { v_taken.push_back(std::move(t)); }
 
-bool Parser::match(const mstring& sample) {
-  if (get() != sample) error1("expected #1", sample, m_pos);
-  return true;
-}
+bool Parser::match(const mstring& sample) { return match(sample.c_str()); }
 
+// Compares the token where it stands in the line: no string is made for it.
 bool Parser::match(const char* sample) {
-  if (get() != sample) error1("expected #1", mstring(sample), m_pos);
+  if (v_taken.size()) {
+    if (get() != sample) error1("expected #1", mstring(sample), m_pos);
+    return true;
+  }
+  int begin = 0;
+  const bool got = nextToken(begin);
+  const size_t len = got ? (size_t)(m_pos - begin) : 0;
+  if (strlen(sample) != len || memcmp(m_line.c_str() + begin, sample, len) != 0)
+    error1("expected #1", mstring(sample), m_pos);
   return true;
 }
 

@@ -53,6 +53,9 @@ public:
   [[noreturn]] void error4(const mstring& txt, const mstring& p1, const mstring& p2, const mstring& p3,
                            const mstring& p4, int pos);
   void warning(const mstring& txt, int pos);
+
+private:
+  bool nextToken(int& begin);
 };
 
 #endif
