@@ -150,6 +150,26 @@ TEST(SupportSet, FindsByNameBeforeAndAfterRenaming) {
   EXPECT_EQ(s.get()->find(probe), nullptr);
 }
 
+// The table of names grows and drops removed names as it goes; the tree that
+// takes over holds what is present then.
+TEST(SupportSet, ManyNamesRemovalsAndTheTreeThatTakesOver) {
+  HISet s;
+  for (int i = 0; i < 300; i++) s.insert(HIComparable(new Named(("n" + std::to_string(i)).c_str(), i)));
+  for (int i = 0; i < 300; i += 3) s.get()->remove(Named(("n" + std::to_string(i)).c_str(), 0));
+  for (int i = 300; i < 400; i++) s.insert(HIComparable(new Named(("n" + std::to_string(i)).c_str(), i)));
+  for (int round = 0; round < 2; round++) {
+    for (int i = 0; i < 400; i++) {
+      const HIComparable* h = s.get()->find(Named(("n" + std::to_string(i)).c_str(), 0));
+      ASSERT_EQ(h != nullptr, i >= 300 || i % 3 != 0) << i << " round " << round;
+      if (h != nullptr) {
+        EXPECT_EQ(static_cast<const Named*>(h->get())->tag, i);
+      }
+    }
+    s.get()->keysChanged();
+  }
+  EXPECT_EQ(s.get()->size(), 400);
+}
+
 // Short lists are searched directly, longer ones by hash: both must agree,
 // also across the rebuilds of the table, and compare texts up to a NUL.
 TEST(SupportSet, StringSetKeepsOrderAndFindsAcrossItsTableSizes) {

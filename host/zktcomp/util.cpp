@@ -223,70 +223,137 @@ public:
   bool valid() override;
 };
 
-// Holds every object twice: els in order of insertion (iteration, size) and
-// sorted_els ordered by less (add, find, remove). The sorted side is a
-// balanced tree so that a schema with many types stays fast to compile.
-// Objects ordered by name alone are also in a hash index by their name, text
-// up to its first NUL as strcmp sees it; it answers finds until an object
-// without a key arrives or names may have changed.
+// The hash of a text up to its first NUL, as strcmp sees it.
+size_t textHash(const char* s) {
+  size_t h = 14695981039346656037ull;
+  for (; *s; s++) h = (h ^ (unsigned char)*s) * 1099511628211ull;
+  return h;
+}
+
+// Holds every object in els, in order of insertion (iteration, size).
+// While every object is ordered by name alone, a table of positions by the
+// hash of that name answers add, find and remove. When an object without a
+// name arrives or names may change, a balanced tree ordered by less takes
+// over, built from the objects present then.
 class SetImpl : public ISet {
 public:
   mvector<HIComparable> els;
-  std::set<HIComparable, ByLess> sorted_els;
-  std::unordered_map<std::string, HIComparable*> by_key;
-  bool m_keyed = true;
 
   ~SetImpl() override {
     for (unsigned int i = 0; i < els.len; i++) els[i] = HIComparable();
-    by_key.clear();
     sorted_els.clear();
   }
 
   bool add(const HIComparable& obj) override {
-    auto r = sorted_els.insert(obj);
-    if (!r.second) return false;  // the object that came first stays
+    const mstring* k = obj.get() != nullptr ? obj.get()->key() : nullptr;
+    if (m_keyed && k == nullptr) keysChanged();
     if (m_keyed) {
-      const mstring* k = obj.get() != nullptr ? obj.get()->key() : nullptr;
-      if (k != nullptr) by_key.emplace(k->c_str(), const_cast<HIComparable*>(&*r.first));
-      else keysChanged();
+      const size_t hash = textHash(k->c_str());
+      if (slotOf(k->c_str(), hash) != nullptr) return false;  // the object that came first stays
+      els.push_back(obj);
+      enter(els.size() - 1, hash);
+      return true;
     }
+    if (!sorted_els.insert(obj).second) return false;
     els.push_back(obj);
     return true;
   }
 
+  // A found handle is valid until the next add.
   HIComparable* find(const HIComparable& obj) override {
-    if (m_keyed && obj.get() != nullptr && obj.get()->key() != nullptr) return findKey(*obj.get()->key());
-    return found(sorted_els.find(obj));
+    if (obj.get() == nullptr) return m_keyed ? nullptr : found(sorted_els.find(obj));
+    return find(*obj.get());
   }
   HIComparable* find(const IComparable& obj) override {
     if (m_keyed && obj.key() != nullptr) return findKey(*obj.key());
+    if (m_keyed) keysChanged();  // a probe without a name: only less can tell
     return found(sorted_els.find(obj));
   }
 
   int size() const override { return (int)els.size(); }
 
-  // Removes from the sorted side only: the object is no longer found, but
-  // iteration and size still show it.
+  // The object is no longer found, but iteration and size still show it.
   void remove(const IComparable& obj) override {
+    if (m_keyed && obj.key() != nullptr) {
+      Cell* slot = slotOf(obj.key()->c_str(), textHash(obj.key()->c_str()));
+      if (slot == nullptr) return;
+      m_removed.push_back(slot->at - 1);
+      slot->at = kGone;
+      return;
+    }
+    if (m_keyed) keysChanged();
     auto it = sorted_els.find(obj);
-    if (it == sorted_els.end()) return;
-    if (m_keyed) by_key.erase(it->get()->key()->c_str());
-    sorted_els.erase(it);
+    if (it != sorted_els.end()) sorted_els.erase(it);
   }
 
   Pos* first() const override { return new PosImpl(this); }
 
   bool keyed() const override { return m_keyed; }
   HIComparable* findKey(const mstring& key) override {
-    auto it = by_key.find(key.c_str());
-    return it == by_key.end() ? nullptr : it->second;
+    if (!m_keyed) return nullptr;
+    Cell* slot = slotOf(key.c_str(), textHash(key.c_str()));
+    return slot != nullptr ? &els[slot->at - 1] : nullptr;
   }
   void keysChanged() override {
+    if (!m_keyed) return;
     m_keyed = false;
-    by_key.clear();
+    mvector<bool> gone;
+    gone.resize(els.size(), false);
+    for (unsigned int i = 0; i < m_removed.size(); i++) gone[m_removed[i]] = true;
+    for (unsigned int i = 0; i < els.size(); i++)
+      if (!gone[i]) sorted_els.insert(els[i]);
+    m_table = mvector<Cell>();
+    m_removed = mvector<unsigned int>();
   }
 
 private:
+  static const unsigned int kGone = 0xffffffffu;  // a removed object's cell
+  bool m_keyed = true;
+  struct Cell {
+    unsigned int at;    // position + 1; 0 for a free cell
+    unsigned int hash;  // high half of the name's hash
+  };
+  mvector<Cell> m_table;    // by hash of the name
+  unsigned int m_used = 0;  // cells not free
+  mvector<unsigned int> m_removed;
+  std::set<HIComparable, ByLess> sorted_els;  // once not keyed
+
+  // The cell of key, or null. A cell holds the name's hash beside the
+  // position, so that only an equal hash costs a comparison of texts.
+  Cell* slotOf(const char* key, size_t hash) {
+    if (m_table.size() == 0) return nullptr;
+    const unsigned int mask = m_table.size() - 1;
+    const unsigned int h = (unsigned int)(hash >> 32);
+    for (unsigned int i = (unsigned int)hash & mask;; i = (i + 1) & mask) {
+      const Cell& c = m_table[i];
+      if (c.at == 0) return nullptr;
+      if (c.hash == h && c.at != kGone && strcmp(els[c.at - 1].get()->key()->c_str(), key) == 0) return &m_table[i];
+    }
+  }
+
+  void enter(unsigned int pos, size_t hash) {
+    if (2 * (m_used + 1) > m_table.size()) {
+      // Twice the live objects' room, entered afresh; removed cells go.
+      unsigned int cap = 16;
+      while (cap < 4 * (m_used + 1)) cap *= 2;
+      const mvector<Cell> old = std::move(m_table);
+      m_table = mvector<Cell>();
+      m_table.resize(cap, Cell{0, 0});
+      m_used = 0;
+      for (unsigned int i = 0; i < old.size(); i++)
+        if (old[i].at != 0 && old[i].at != kGone) place(old[i].at - 1, textHash(els[old[i].at - 1].get()->key()->c_str()));
+    }
+    place(pos, hash);
+  }
+
+  void place(unsigned int pos, size_t hash) {
+    const unsigned int mask = m_table.size() - 1;
+    unsigned int i = (unsigned int)hash & mask;
+    while (m_table[i].at != 0) i = (i + 1) & mask;
+    m_table[i] = Cell{pos + 1, (unsigned int)(hash >> 32)};
+    m_used++;
+  }
+
   HIComparable* found(std::set<HIComparable, ByLess>::iterator it) {
     if (it == sorted_els.end()) return nullptr;
     return const_cast<HIComparable*>(&*it);
@@ -307,12 +374,6 @@ ISet* ISet::create() { return new SetImpl(); }
 namespace {
 
 const unsigned int kDirectMax = 8;  // lists up to this long are searched directly
-
-size_t textHash(const char* s) {
-  size_t h = 14695981039346656037ull;
-  for (; *s; s++) h = (h ^ (unsigned char)*s) * 1099511628211ull;
-  return h;
-}
 
 }  // namespace
 
