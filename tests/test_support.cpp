@@ -7,6 +7,7 @@
 
 #include "ierrrep.h"
 #include "proc_util.h"
+#include "schema.h"
 #include "util.h"
 
 namespace {
@@ -42,25 +43,28 @@ TEST(SupportSort, PlacesEqualElementsAsTheHeapStepsDictate) {
   for (const Case& c : cases) EXPECT_EQ(sortedIds(c.in), c.ids);
 }
 
-// Sorting through positions must place every record exactly where the heap
-// steps on the records themselves do, ties included.
-TEST(SupportSort, ByPositionMatchesTheDirectSort) {
+// Sorting layout records through their keys must place every record exactly
+// where the heap steps on the records themselves do, ties included.
+TEST(SupportSort, ByKeyMatchesTheDirectSort) {
+  Field fields[23];
   unsigned seed = 7;
   for (int round = 0; round < 200; round++) {
-    mvector<Item> direct, byRef;
+    mvector<FldLayout> direct, byKey;
     const int n = round % 23;
     for (int i = 0; i < n; i++) {
       seed = seed * 1103515245u + 12345u;
-      const Item it{(int)(seed >> 16) % 4, (char)('a' + i)};
-      direct.push_back(it);
-      byRef.push_back(it);
+      FldLayout rec;
+      rec.m_ref = &fields[i];
+      rec.m_isDirectStruct = (seed >> 20) % 5 == 0;
+      rec.m_align = 1 << ((seed >> 16) % 4);
+      if ((seed >> 24) % 7 == 0) rec.m_align = mstring("1");  // a text: its number is 0
+      direct.push_back(rec);
+      byKey.push_back(rec);
     }
     sort_vector(direct);
-    sort_vector_by_ref(byRef);
-    std::string a, b;
-    for (unsigned i = 0; i < direct.size(); i++) a += direct[i].id;
-    for (unsigned i = 0; i < byRef.size(); i++) b += byRef[i].id;
-    ASSERT_EQ(a, b) << "round " << round;
+    sort_vector_by_key(byKey, [](const FldLayout& r) { return r.sortKey(); });
+    ASSERT_EQ(direct.size(), byKey.size());
+    for (unsigned i = 0; i < direct.size(); i++) ASSERT_EQ(direct[i].m_ref, byKey[i].m_ref) << "round " << round;
   }
 }
 

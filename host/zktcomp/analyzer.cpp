@@ -1019,7 +1019,15 @@ mstring Analyzer::getTypeName(int& precision) {
   unsigned int n = m_p.getNum();
   m_p.match(">");
   if (isSigned && n != 1 && n != 2 && n != 4 && n != 8) error("numerical size must be 1,2,4 or 8");
-  mstring res = w + "<" + UT::n2s((long long)n) + ">";  // normalised: char<0x10> is char<16>
+  // Normalised (char<0x10> is char<16>), in a buffer that fits: every field of the type keeps it.
+  char digits[24];
+  const size_t nd = UT::decimal((long long)n, digits);
+  mstring res;
+  res.reserve(w.size() + nd + 2);
+  res += w;
+  res += '<';
+  res.add(digits, nd);
+  res += '>';
   if (!isSigned && m_s.findType(res) == nullptr) {
     Struct* t;
     if (w == "nchar")  // the name keeps n, the size is 2n bytes
@@ -1028,7 +1036,7 @@ mstring Analyzer::getTypeName(int& precision) {
       t = new Struct(res, w == "char" ? ET_CHARS : ET_BINARY, (int)n, (int)n, 1, 1, "");
     m_s.s_struct.insert(HIComparable(t));
   }
-  return mstring(res);  // a copy that fits: every field of the type keeps it
+  return res;
 }
 
 void Analyzer::readRefTarget(Field& f) {

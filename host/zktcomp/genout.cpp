@@ -658,8 +658,9 @@ bool GenOutput::layout(Struct& top, int start, Class* cls) {
       Layout2& l2 = s.m_layout;
       // A direct struct keeps its declared order: it must match the target's own struct.
       if (!m_nosort && !s.m_isDirectStruct) {
-        sort_vector_by_ref(l2.c.v_fldOrder);
-        sort_vector_by_ref(l2.u.v_fldOrder);
+        const auto key = [](const FldLayout& r) { return r.sortKey(); };
+        sort_vector_by_key(l2.c.v_fldOrder, key);
+        sort_vector_by_key(l2.u.v_fldOrder, key);
       }
       layout(l2.c, st, &s);
       layout(l2.u, st, &s);

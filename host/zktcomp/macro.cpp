@@ -247,6 +247,9 @@ void PreProcessor::rewriteText(const char* line, mstring& out) {
   m_expansions = 0;
   const bool noMacros = s_macros.get()->size() == 0;
   const char* p = line;
+  // Without macros the text at most triples (a blank on both sides of each
+  // one-letter name): room for that once, instead of growing as it goes.
+  if (noMacros) out.reserve(3 * strlen(line));
   char prev = 0;  // last character copied, NUL behind a name
   while (*p) {
     if (UT::nameBeg(*p, prev)) {

@@ -220,26 +220,30 @@ void sort_vector(mvector<T>& v) {
   }
 }
 
-// The same sort for records that are dear to move: the heap holds positions,
-// compared through the records, so the order comes out exactly as above and
-// every record then moves once.
-template <class T>
-struct SortRef {
-  const T* p;
-  bool operator<(const SortRef& o) const { return *p < *o.p; }
+// The same sort for records that are dear to move and to compare: the heap
+// holds each record's position and a number whose order is the records'
+// own order (key(a) < key(b) exactly when a < b). The heap steps are those
+// above, so the order comes out the same; every record then moves once.
+struct SortKey {
+  long long key;
+  unsigned int pos;
+  bool operator<(const SortKey& o) const { return key < o.key; }
 };
 
-template <class T>
-void sort_vector_by_ref(mvector<T>& v) {
+template <class T, class KeyOf>
+void sort_vector_by_key(mvector<T>& v, KeyOf keyOf) {
   const unsigned int n = v.size();
   if (n < 2) return;
-  mvector<SortRef<T>> refs;
-  refs.reserve(n);
-  for (unsigned int i = 0; i < n; i++) refs.push_back(SortRef<T>{&v[i]});
-  sort_vector(refs);
+  mvector<SortKey> keys;
+  keys.reserve(n);
+  for (unsigned int i = 0; i < n; i++) keys.push_back(SortKey{keyOf(v[i]), i});
+  sort_vector(keys);
+  unsigned int moved = 0;
+  while (moved < n && keys[moved].pos == moved) moved++;
+  if (moved == n) return;  // already in order
   mvector<T> sorted;
   sorted.reserve(n);
-  for (unsigned int i = 0; i < n; i++) sorted.push_back(std::move(*const_cast<T*>(refs[i].p)));
+  for (unsigned int i = 0; i < n; i++) sorted.push_back(std::move(v[keys[i].pos]));
   for (unsigned int i = 0; i < n; i++) v[i] = std::move(sorted[i]);
 }
 

@@ -8,7 +8,8 @@
 namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isBlank(char c) { return isspace((unsigned char)c) != 0; }
+// The blanks of the C locale, whatever locale the host has set.
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool isHexStart(const char* s) { return s[0] == '0' && (s[1] == 'x' || s[1] == 'X'); }
 
 }  // namespace

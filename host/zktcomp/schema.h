@@ -127,6 +127,8 @@ public:
   // Storage order: direct-struct fields last, otherwise bigger alignment first
   // (numbers only).
   bool operator<(const FldLayout& o) const;
+  // A number in that order: a < b exactly when a.sortKey() < b.sortKey().
+  long long sortKey() const { return (m_isDirectStruct ? 1LL << 40 : 0) - (long long)m_align.m_size_n; }
   // Replaces what only the target compiler knows (fields of and in direct
   // structs) by the text of the fieldoffs/fieldsz/structsz macros.
   void update_strings();

@@ -102,6 +102,17 @@ void mstring::set(const char* s, size_t len) {
   length = (unsigned int)len;
 }
 
+void mstring::reserve(size_t n) {
+  if (n < allocated) return;
+  unsigned int cap;
+  char* fresh = strAlloc(cap, n + 1);
+  if (length != 0) memcpy(fresh, p, length);
+  fresh[length] = 0;
+  strFree(p, allocated);
+  p = fresh;
+  allocated = cap;
+}
+
 void mstring::addGrow(const char* s, size_t len) {
   if (p == nullptr) {
     set(s, len);
@@ -742,8 +753,6 @@ pairstrings split2(const mstring& s) {
 int imax(int a, int b) { return a > b ? a : b; }
 
 // Letters are the ASCII ones: the compiler never sets a locale.
-bool nameBeg(char c, char prev) { return prev != '0' && nameBeg(c); }
-
 // The root directory "/" comes out as nothing, so a name joined to it is
 // relative: intended, and kept.
 mstring makefnm(const mstring& dir_, const mstring& fnm) {

@@ -44,6 +44,7 @@ public:
     return *this;
   }
   void set(const char* s, size_t len);  // len 0 frees the buffer
+  void reserve(size_t n);               // room for n characters and the NUL; the text stays
   // Appends in place while the buffer has room; s may point into this string.
   void add(const char* s, size_t len) {
     if (p != nullptr && len < allocated - length) {
@@ -347,7 +348,8 @@ mstring adjust(const mstring& s, int lenWanted);  // pads on the right, never cu
 pairstrings split2(const mstring& s);
 int imax(int a, int b);
 inline bool nameBeg(char c) { return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool nameBeg(char c, char prev);  // never right behind a "0": keeps hex letters out of names
+// Never right behind a "0": keeps hex letters out of names.
+inline bool nameBeg(char c, char prev) { return prev != '0' && nameBeg(c); }
 inline bool nameCont(char c) { return nameBeg(c) || (c >= '0' && c <= '9'); }
 
 mstring makefnm(const mstring& dir_, const mstring& fnm);
