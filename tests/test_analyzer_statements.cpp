@@ -200,7 +200,8 @@ TEST(AnalyzerStatements, ReservedWords) {
   };
   const Case cases[] = {{"class", true, true},     {"Class", false, false}, {"count", false, true},
                         {"TTL_count", false, true}, {"OID", true, true},
-                        {"collate", true, true},   {"thick", false, false}, {"numeric", false, true}};
+                        {"collate", true, true},   {"thick", false, false}, {"numeric", false, true},
+                        {"TTL_clock_time", false, true}, {"add", false, true}, {"", false, false}};
   for (const Case& c : cases) {
     EXPECT_EQ(Analyzer::isReservedWord(c.word, false), c.plain) << c.word;
     EXPECT_EQ(Analyzer::isReservedWord(c.word, true), c.sql) << c.word;

@@ -63,8 +63,11 @@ void Analyzer::applySuppressList(Struct& s, const mstring& name) {
 
 bool Analyzer::hasFieldNamed(const Struct& s, const mstring& name) {
   if (s.v_field.size() <= 16) {  // a short list is searched faster than hashed
-    for (unsigned int i = 0; i < s.v_field.size(); i++)
-      if (strcmp(s.v_field[i].m_name.c_str(), name.c_str()) == 0) return true;
+    // Names are tokens, without NULs: equal lengths and bytes are equal texts.
+    for (unsigned int i = 0; i < s.v_field.size(); i++) {
+      const mstring& n = s.v_field[i].m_name;
+      if (n.size() == name.size() && memcmp(n.c_str(), name.c_str(), name.size()) == 0) return true;
+    }
     return false;
   }
   if (m_fieldNamesOf != &s || m_fieldNamesCount > s.v_field.size()) {
@@ -169,16 +172,46 @@ static const char* const kSqlReservedWords[] = {  // 115 words of the SQL layer
 };
 // clang-format on
 
+namespace {
+
+// A fixed table of words by hash, filled when the program starts: a lookup
+// hashes the word once and compares it with one or two candidates.
+template <size_t N>
+class WordTable {
+public:
+  template <size_t M>
+  explicit WordTable(const char* const (&words)[M]) : m_slots() {
+    static_assert(2 * M <= N, "a table at most half full");
+    for (const char* w : words) {
+      size_t i = hash(w) & (N - 1);
+      while (m_slots[i] != nullptr) i = (i + 1) & (N - 1);
+      m_slots[i] = w;
+    }
+  }
+  bool has(const char* s) const {
+    for (size_t i = hash(s) & (N - 1); m_slots[i] != nullptr; i = (i + 1) & (N - 1))
+      if (strcmp(m_slots[i], s) == 0) return true;
+    return false;
+  }
+
+private:
+  const char* m_slots[N];
+  static size_t hash(const char* s) {
+    size_t h = 2166136261u;
+    for (; *s; s++) h = (h ^ (unsigned char)*s) * 16777619u;
+    return h ^ (h >> 15);
+  }
+};
+
+const WordTable<128> kReserved(kReservedWords);
+const WordTable<256> kSqlReserved(kSqlReservedWords);
+
+}  // namespace
+
 // Exact and case-sensitive; the SQL words only with sql.
-// The first letters are compared before the rest: most words differ there.
 bool Analyzer::isReservedWord(const mstring& word, bool sql) {
   const char* s = word.c_str();
-  for (const char* w : kReservedWords)
-    if (w[0] == s[0] && strcmp(s, w) == 0) return true;
-  if (!sql) return false;
-  for (const char* w : kSqlReservedWords)
-    if (w[0] == s[0] && strcmp(s, w) == 0) return true;
-  return false;
+  return kReserved.has(s) || (sql && kSqlReserved.has(s));
 }
 
 void Analyzer::checkIsNotReserved(const mstring& word) {
