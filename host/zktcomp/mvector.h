@@ -223,7 +223,7 @@ void sort_vector(mvector<T>& v) {
 // The same sort for records that are dear to move and to compare: the heap
 // holds each record's position and a number whose order is the records'
 // own order (key(a) < key(b) exactly when a < b). The heap steps are those
-// above, so the order comes out the same; every record then moves once.
+// above, so the order comes out the same; every record then moves about once.
 struct SortKey {
   long long key;
   unsigned int pos;
@@ -238,13 +238,21 @@ void sort_vector_by_key(mvector<T>& v, KeyOf keyOf) {
   keys.reserve(n);
   for (unsigned int i = 0; i < n; i++) keys.push_back(SortKey{keyOf(v[i]), i});
   sort_vector(keys);
-  unsigned int moved = 0;
-  while (moved < n && keys[moved].pos == moved) moved++;
-  if (moved == n) return;  // already in order
-  mvector<T> sorted;
-  sorted.reserve(n);
-  for (unsigned int i = 0; i < n; i++) sorted.push_back(std::move(v[keys[i].pos]));
-  for (unsigned int i = 0; i < n; i++) v[i] = std::move(sorted[i]);
+  // Slot i takes the record from keys[i].pos: each cycle of that
+  // permutation goes round once through one spare record.
+  for (unsigned int i = 0; i < n; i++) {
+    if (keys[i].pos == i) continue;
+    T spare(std::move(v[i]));
+    unsigned int j = i;
+    while (keys[j].pos != i) {
+      const unsigned int from = keys[j].pos;
+      v[j] = std::move(v[from]);
+      keys[j].pos = j;  // done
+      j = from;
+    }
+    v[j] = std::move(spare);
+    keys[j].pos = j;
+  }
 }
 
 #endif

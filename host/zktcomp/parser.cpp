@@ -158,7 +158,22 @@ unsigned int Parser::getNum() { return getNumEx(false); }
 // back and strtol's value (0 for a word) returned. No range check: the value
 // is cut to 32 bits.
 unsigned int Parser::getNumEx(bool ok_if_fail) {
-  mstring t = get();
+  mstring t;
+  if (v_taken.size() == 0) {
+    // A plain decimal is read where it stands, to the value strtol gives it.
+    int begin = 0;
+    if (nextToken(begin)) {
+      const char* d = m_line.c_str() + begin;
+      const int len = m_pos - begin;
+      unsigned long long v = 0;
+      int i = d[0] >= '1' && d[0] <= '9' && len <= 18 ? 0 : len + 1;
+      for (; i < len && d[i] >= '0' && d[i] <= '9'; i++) v = v * 10 + (unsigned long long)(d[i] - '0');
+      if (i == len) return (unsigned int)v;
+      t = mstring(d, (size_t)len);
+    }
+  } else {
+    t = get();
+  }
   const char* s = t.c_str();
   long n = 0;
   if (isHexStart(s)) {
