@@ -174,10 +174,6 @@ mstring operator+(const char* a, const mstring& b) {
   return r;
 }
 
-bool operator==(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) == 0; }
-bool operator!=(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) != 0; }
-bool operator<(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) < 0; }
-bool operator>(const mstring& a, const mstring& b) { return strcmp(a.c_str(), b.c_str()) > 0; }
 
 // ---------------------------------------------------------------- handles
 

@@ -95,8 +95,16 @@ private:
 mstring operator+(const mstring& a, const mstring& b);
 mstring operator+(const mstring& a, const char* b);
 mstring operator+(const char* a, const mstring& b);
-bool operator==(const mstring& a, const mstring& b);
-bool operator!=(const mstring& a, const mstring& b);
+// strcmp's order of the texts up to their first NUL; the first bytes are
+// compared inline: most texts differ there.
+inline int compareTexts(const mstring& a, const mstring& b) {
+  const unsigned char* x = reinterpret_cast<const unsigned char*>(a.c_str());
+  const unsigned char* y = reinterpret_cast<const unsigned char*>(b.c_str());
+  if (x[0] != y[0] || x[0] == 0) return (int)x[0] - (int)y[0];
+  return strcmp(reinterpret_cast<const char*>(x + 1), reinterpret_cast<const char*>(y + 1));
+}
+inline bool operator==(const mstring& a, const mstring& b) { return compareTexts(a, b) == 0; }
+inline bool operator!=(const mstring& a, const mstring& b) { return compareTexts(a, b) != 0; }
 // Against a literal without making a string of it; b must not be null. The
 // first bytes are compared inline: keyword tests mostly differ there.
 inline bool operator==(const mstring& a, const char* b) {
@@ -104,8 +112,8 @@ inline bool operator==(const mstring& a, const char* b) {
   return s[0] == b[0] && (s[0] == 0 || strcmp(s + 1, b + 1) == 0);
 }
 inline bool operator!=(const mstring& a, const char* b) { return !(a == b); }
-bool operator<(const mstring& a, const mstring& b);
-bool operator>(const mstring& a, const mstring& b);
+inline bool operator<(const mstring& a, const mstring& b) { return compareTexts(a, b) < 0; }
+inline bool operator>(const mstring& a, const mstring& b) { return compareTexts(a, b) > 0; }
 
 // A value that most owners never set, kept behind a pointer made on the
 // first assignment: eight bytes while unset. Reads see an empty value.
