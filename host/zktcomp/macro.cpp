@@ -239,34 +239,43 @@ void PreProcessor::doInclude(const mstring& tail) {
   m_lineNum = 0;
 }
 
-// Rewrites an active text line: each name (macro or not) gets a blank on
-// both sides, so reader positions refer to this text. String literals are
-// copied verbatim. A name never starts right behind "0", and "x" or "X"
-// there makes a hexadecimal number copied whole, always with a small "x".
-void PreProcessor::rewriteText(const char* line, mstring& out) {
-  m_expansions = 0;
-  const bool noMacros = s_macros.get()->size() == 0;
+namespace {
+
+// Writes into room made beforehand: no test for room at each character.
+struct RoomWriter {
+  char* w;
+  void put(char c) { *w++ = c; }
+  void add(const char* p, size_t n) {
+    memcpy(w, p, n);
+    w += n;
+  }
+};
+
+// Appends to a string that grows as needed.
+struct GrowWriter {
+  mstring& s;
+  void put(char c) { s += c; }
+  void add(const char* p, size_t n) { s.add(p, n); }
+};
+
+// The walk of rewriteText; name writes the name [b, e) as it stands or expanded.
+template <class Writer, class Name>
+void rewriteWith(PreProcessor& pp, const char* line, Writer& out, Name name) {
   const char* p = line;
-  // Without macros the text at most triples (a blank on both sides of each
-  // one-letter name): room for that once, instead of growing as it goes.
-  if (noMacros) out.reserve(3 * strlen(line));
   char prev = 0;  // last character copied, NUL behind a name
   while (*p) {
     if (UT::nameBeg(*p, prev)) {
       const char* end = nameEnd(p);
-      out += ' ';
-      if (noMacros)
-        out.add(p, (size_t)(end - p));
-      else
-        out += expand(mstring(p, (size_t)(end - p)), 0);
-      out += ' ';
+      out.put(' ');
+      name(out, p, end);
+      out.put(' ');
       p = end;
       prev = 0;
     } else if (*p == '"') {
       const char* begin = p++;
       bool escaped = false;
       for (;;) {
-        if (*p == 0) error("non-terminated string literal", 0);
+        if (*p == 0) pp.error("non-terminated string literal", 0);
         char c = *p++;
         if (escaped)
           escaped = false;
@@ -278,17 +287,42 @@ void PreProcessor::rewriteText(const char* line, mstring& out) {
       out.add(begin, (size_t)(p - begin));
       prev = '"';
     } else if (prev == '0' && (*p == 'x' || *p == 'X')) {
-      out += 'x';
+      out.put('x');
       prev = 'x';
       for (p++; UT::CVT::isHexDigit(*p); p++) {
-        out += *p;
+        out.put(*p);
         prev = *p;
       }
     } else {
-      out += *p;
+      out.put(*p);
       prev = *p++;
     }
   }
+}
+
+}  // namespace
+
+// Rewrites an active text line: each name (macro or not) gets a blank on
+// both sides, so reader positions refer to this text. String literals are
+// copied verbatim. A name never starts right behind "0", and "x" or "X"
+// there makes a hexadecimal number copied whole, always with a small "x".
+void PreProcessor::rewriteText(const char* line, mstring& out) {
+  m_expansions = 0;
+  if (s_macros.get()->size() == 0) {
+    // Without macros the text at most triples (a blank on both sides of each
+    // one-letter name): room for that once, then no test for room.
+    const unsigned int start = out.length;
+    out.reserve(start + 3 * strlen(line));
+    RoomWriter w{out.p + start};
+    rewriteWith(*this, line, w, [](RoomWriter& o, const char* b, const char* e) { o.add(b, (size_t)(e - b)); });
+    out.length = (unsigned int)(w.w - out.p);
+    out.p[out.length] = 0;
+    return;
+  }
+  GrowWriter w{out};
+  rewriteWith(*this, line, w, [this](GrowWriter& o, const char* b, const char* e) {
+    o.s += expand(mstring(b, (size_t)(e - b)), 0);
+  });
 }
 
 // A macro value is walked like a text line but plainly: names inside quotes

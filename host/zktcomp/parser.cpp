@@ -12,6 +12,17 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool isHexStart(const char* s) { return s[0] == '0' && (s[1] == 'x' || s[1] == 'X'); }
 
+// The characters that stand alone as tokens (canAppend refuses anything behind them).
+bool isSign(char c) {
+  switch (c) {
+    case '{': case '}': case '<': case '>': case ';': case ',': case '(': case ')':
+    case '[': case ']': case ':': case '*': case '.': case '=':
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- UT::CVT
@@ -101,8 +112,11 @@ bool Parser::nextToken(int& begin) {
     const int size = (int)m_line.size();
     begin = m_pos;
     if (m_pos < size) m_pos++;
-    if (UT::nameBeg(line[begin])) {  // what canAppend answers for a name, without asking it
+    // What canAppend answers for a name and for a sign, without asking it.
+    if (UT::nameBeg(line[begin])) {
       while (m_pos < size && UT::nameCont(line[m_pos])) m_pos++;
+    } else if (isSign(line[begin])) {
+      // a token of one character
     } else {
       while (m_pos < size && canAppend(line + begin, (size_t)(m_pos - begin), line[m_pos])) m_pos++;
     }
