@@ -491,7 +491,7 @@ void GenOutput::outputIndex(Class& cls, Index& idx) {
   // key; the last segment decides.
   const Index::Segment& last = idx.v_fldParsed[idx.v_fldParsed.size() - 1];
   const bool bits = idx.m_IndexType == IT_PTree && !idx.m_isBitBased &&
-                    !last.last().m_pFld->dict_info(false).unionel.empty();
+                    last.last().m_pFld->dict_info(false).unionel[0] != 0;
   const mstring keys = sp.strParams + (bits ? kBitsParam : "");
   const mstring pass = sp.strParamsTransit + (bits ? kBitsPass : "");
   const Index::FldEl& first = idx.v_fldParsed[0].last();  // the value of an r-tree search

@@ -94,7 +94,7 @@ void extkeyType(const Index::Segment& seg, const Schema& sc, Frag& fr) {
   const Struct& type = *seg.last().m_pFld->m_pstruct;
   switch (type.m_category) {
     case ET_SIMPLE:
-      fr.set("ctype", type.m_cType).set("member", "v." + seg.dict_info().unionel);
+      fr.set("ctype", type.m_cType).set("member", mstring("v.") + seg.dict_info().unionel);
       return;
     case ET_CHARS:
     case ET_STRING:

@@ -215,7 +215,7 @@ public:
   struct DictInfo {
     int etype = 0;  // element type code
     FSize size;
-    mstring unionel;  // member of the dictionary's value union
+    const char* unionel = "";  // member of the dictionary's value union; a literal
     int bit_size = 0;
   };
   DictInfo dict_info(bool allow_struct) const;

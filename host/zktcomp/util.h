@@ -96,12 +96,13 @@ mstring operator+(const mstring& a, const mstring& b);
 mstring operator+(const mstring& a, const char* b);
 mstring operator+(const char* a, const mstring& b);
 // strcmp's order of the texts up to their first NUL; the first bytes are
-// compared inline: most texts differ there.
+// compared inline.
 inline int compareTexts(const mstring& a, const mstring& b) {
   const unsigned char* x = reinterpret_cast<const unsigned char*>(a.c_str());
   const unsigned char* y = reinterpret_cast<const unsigned char*>(b.c_str());
-  if (x[0] != y[0] || x[0] == 0) return (int)x[0] - (int)y[0];
-  return strcmp(reinterpret_cast<const char*>(x + 1), reinterpret_cast<const char*>(y + 1));
+  for (int i = 0; i < 16; i++, x++, y++)  // names are short: most end here
+    if (*x != *y || *x == 0) return (int)*x - (int)*y;
+  return strcmp(reinterpret_cast<const char*>(x), reinterpret_cast<const char*>(y));
 }
 inline bool operator==(const mstring& a, const mstring& b) { return compareTexts(a, b) == 0; }
 inline bool operator!=(const mstring& a, const mstring& b) { return compareTexts(a, b) != 0; }
