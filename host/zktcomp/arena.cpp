@@ -16,6 +16,7 @@
 namespace {
 
 const size_t kPage = 4096;
+const size_t kHugePage = (size_t)2 << 20;
 const size_t kCommitStep = (size_t)4 << 20;  // address space is made usable this much at a time
 const size_t kSmallMax = (size_t)64 << 10;   // a larger request gets pages of its own
 const size_t kLargeHead = 16;                // in front of a large block: its size, keeping new's alignment
@@ -52,9 +53,11 @@ public:
   // False when no range could be reserved.
   bool reserve() {
     for (size_t size : kReserve) {
-      void* m = mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+      // One huge page more, so that the small blocks start on a huge page.
+      void* m = mmap(nullptr, size + kHugePage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
       if (m == MAP_FAILED) continue;
-      m_base = static_cast<char*>(m);
+      m_map = static_cast<char*>(m);
+      m_base = m_map + (roundUp((uintptr_t)m_map, kHugePage) - (uintptr_t)m_map);
       m_size = size;
       m_low = m_lowReady = m_base;
       m_high = m_highReady = m_base + size;
@@ -64,7 +67,7 @@ public:
   }
 
   ~Arena() {
-    if (m_base != nullptr) munmap(m_base, m_size);
+    if (m_map != nullptr) munmap(m_map, m_size + kHugePage);
   }
 
   bool holds(const void* p) const { return (uintptr_t)p - (uintptr_t)m_base < m_size; }
@@ -95,7 +98,8 @@ public:
   }
 
 private:
-  char* m_base = nullptr;
+  char* m_map = nullptr;  // the whole reservation
+  char* m_base = nullptr;  // its first huge page
   size_t m_size = 0;
   char* m_low;        // small blocks end here
   char* m_lowReady;   // [m_base, m_lowReady) is usable
@@ -111,10 +115,13 @@ private:
     return r;
   }
 
+  // The small blocks ask for huge pages where the system gives them: a
+  // compile fills its memory densely, and one fault then serves 2 MiB.
   bool readyLow(char* end) {
     char* to = m_base + roundUp((size_t)(end - m_base), kCommitStep);
     if (to > m_base + m_size) to = m_base + m_size;
     if (mprotect(m_lowReady, (size_t)(to - m_lowReady), PROT_READ | PROT_WRITE) != 0) return false;
+    (void)madvise(m_lowReady, (size_t)(to - m_lowReady), MADV_HUGEPAGE);
     m_lowReady = to;
     return true;
   }

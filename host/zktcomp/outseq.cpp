@@ -268,7 +268,7 @@ void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
   }
   if (e.m_category == ET_STRUCT) {
     const FSize& es = e.m_layout.u.m_size;
-    if ((es.is_str() ? es.m_calc_type_size : es.m_size_n) > kSeqMaxCharSize)
+    if ((es.is_str() ? es.calcTypeSize() : es.m_size_n) > kSeqMaxCharSize)
       m_err->warning("Size of sequence element is larger than ZKT_SEQ_MAX_CHAR_SIZE");
   }
   const mstring seqfn = fr.fill("{seqfn}"), seqtype = fr.fill("{seqtype}");

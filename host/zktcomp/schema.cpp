@@ -12,7 +12,7 @@ const mstring FSize::kNoText;
 int FSize::operator=(int n) {
   m_size_n = n;
   setText(mstring());
-  m_calc_type_size = 0;
+  setCalcTypeSize(0);
   return m_size_n;
 }
 
@@ -84,7 +84,7 @@ void FldLayout::update_strings() {
     const Frag fr = layoutFrag(*m_ref);
     m_offset = fr.fill(kFieldOffsText);
     if (!m_size.is_str()) {
-      m_size.m_calc_type_size = m_size.m_size_n;
+      m_size.setCalcTypeSize(m_size.m_size_n);
       m_size = fr.fill(kFieldSizeText);
     }
     if (!m_align.is_str()) m_align = mstring("1");

@@ -41,43 +41,52 @@ class Schema;
 
 // A size, offset or alignment: the number m_size_n plus a text, an
 // expression that only the target's compiler can evaluate (the size of a
-// direct struct). An empty text means a plain number. The text and the
-// scratch room of the text form live in a block made on first use: most
-// sizes of a large schema are numbers that are never written as text.
+// direct struct). An empty text means a plain number. The text, the scratch
+// room of the text form and the rarely set calc-type size live in a block
+// made on first use: most sizes of a large schema are numbers that are never
+// written as text. Packed to 4 bytes, so a size takes 12: layout records
+// hold three each, and a large schema has hundreds of thousands of them.
+#pragma pack(push, 4)
 class FSize {
 public:
   int m_size_n;
-  int m_calc_type_size;  // numeric size that update_strings replaced by text; copied, never read here
 
-  FSize() : m_size_n(0), m_calc_type_size(0) {}
-  FSize(int n) : m_size_n(n), m_calc_type_size(0) {}
-  FSize(const mstring& s) : m_size_n(0), m_calc_type_size(0) {
+  FSize() : m_size_n(0) {}
+  FSize(int n) : m_size_n(n) {}
+  FSize(const mstring& s) : m_size_n(0) {
     if (!s.empty()) ext().text = s;
   }
-  FSize(const FSize& o) : m_size_n(o.m_size_n), m_calc_type_size(o.m_calc_type_size) {
-    if (o.is_str()) ext().text = o.m_ext->text;
+  FSize(const FSize& o) : m_size_n(o.m_size_n) {
+    if (o.m_ext != nullptr && (!o.m_ext->text.empty() || o.m_ext->calc != 0)) {
+      ext().text = o.m_ext->text;
+      m_ext->calc = o.m_ext->calc;
+    }
   }
-  FSize(FSize&& o) noexcept : m_size_n(o.m_size_n), m_calc_type_size(o.m_calc_type_size), m_ext(o.m_ext) {
-    o.m_ext = nullptr;
-  }
+  FSize(FSize&& o) noexcept : m_size_n(o.m_size_n), m_ext(o.m_ext) { o.m_ext = nullptr; }
   ~FSize() { delete m_ext; }
 
   // The scratch room stays with its owner.
   FSize& operator=(const FSize& o) {
     m_size_n = o.m_size_n;
-    m_calc_type_size = o.m_calc_type_size;
+    setCalcTypeSize(o.calcTypeSize());
     setText(o.text());
     return *this;
   }
   FSize& operator=(FSize&& o) noexcept {
     m_size_n = o.m_size_n;
-    m_calc_type_size = o.m_calc_type_size;
+    setCalcTypeSize(o.calcTypeSize());
     if (o.is_str()) ext().text = std::move(o.m_ext->text);
     else if (m_ext != nullptr) m_ext->text = mstring();
     return *this;
   }
   int operator=(int n);
-  const mstring& operator=(const mstring& s);  // zeroes the number, keeps m_calc_type_size
+  const mstring& operator=(const mstring& s);  // zeroes the number, keeps the calc-type size
+
+  // The numeric size that update_strings replaced by text; copied, never read here.
+  int calcTypeSize() const { return m_ext != nullptr ? m_ext->calc : 0; }
+  void setCalcTypeSize(int n) {
+    if (n != 0 || m_ext != nullptr) ext().calc = n;
+  }
 
   bool is_str() const { return m_ext != nullptr && !m_ext->text.empty(); }
   const mstring& text() const { return m_ext != nullptr ? m_ext->text : kNoText; }
@@ -93,6 +102,7 @@ private:
   struct Ext {
     mstring text;
     mstring scratch;  // meaningless between conversions
+    int calc = 0;
   };
   mutable Ext* m_ext = nullptr;
   static const mstring kNoText;
@@ -106,6 +116,7 @@ private:
     else if (m_ext != nullptr) m_ext->text = mstring();
   }
 };
+#pragma pack(pop)
 
 // fr.set(name, text of size), a plain number written straight from the number.
 inline Frag& setSize(Frag& fr, const char* name, const FSize& size) {

@@ -109,7 +109,7 @@ bool hasPropertyStruct(const Field& f) {
 // number it replaced.
 int elementSize(const Field& f) {
   const FSize& size = f.m_u_layout->m_size;
-  return size.is_str() ? size.m_calc_type_size : size.m_size_n;
+  return size.is_str() ? size.calcTypeSize() : size.m_size_n;
 }
 
 // The cast in front of a value that is put: a value of 1 to 4 bytes travels

@@ -36,7 +36,7 @@ const int direct_field_alignment[52] = {
 // clang-format on
 
 // getArraySize has no struct to name in its error, so a product that does
-// not fit an int is handed on with this mark (m_calc_type_size is never set
+// not fit an int is handed on with this mark (the calc-type size is never set
 // otherwise here) and the layout of the struct reports it.
 const int kTooLarge = -1;
 
@@ -95,7 +95,7 @@ FSize MemoryGenDict::getArraySize(FSize& elem, int n) {
   const long long size = (long long)elem.m_size_n * n;
   if (size <= INT_MAX) return FSize((int)size);
   FSize r(INT_MAX);
-  r.m_calc_type_size = kTooLarge;
+  r.setCalcTypeSize(kTooLarge);
   return r;
 }
 
@@ -107,7 +107,7 @@ void MemoryGenDict::layout(Layout& l, int start, Struct* s) {
   for (unsigned int i = 0; i < l.v_fldOrder.size(); i++) {
     FldLayout& rec = l.v_fldOrder[i];
     if (rec.m_size.is_str() || rec.m_align.is_str()) IErrReporter::panic("internal", false);
-    if (rec.m_size.m_calc_type_size == kTooLarge) checkedSize((long long)INT_MAX + 1, *s);
+    if (rec.m_size.calcTypeSize() == kTooLarge) checkedSize((long long)INT_MAX + 1, *s);
     Struct* container = rec.m_ref->m_containerStruct;
     if (container != nullptr && container->m_isDirectStruct) {
       direct = container;
