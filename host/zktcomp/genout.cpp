@@ -628,7 +628,6 @@ bool GenOutput::layout(Struct& top, int start, Class* cls) {
       stack.push_back(fr);
       return;
     }
-    UT::dlog("layout for struct " + s.m_name + " ptr=" + UT::n2s((void*)&s));
     if (s.m_layout.m_inuse) m_err->err("recursive definition of " + UT::Q(s.m_name));
     s.m_layout.m_inuse = true;
     // Every field gets one slot in each layout: no growth, no spare capacity.

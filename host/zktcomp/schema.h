@@ -46,7 +46,11 @@ class Schema;
 // made on first use: most sizes of a large schema are numbers that are never
 // written as text. Packed to 4 bytes, so a size takes 12: layout records
 // hold three each, and a large schema has hundreds of thousands of them.
+// Leak checkers look for pointers at 8-byte steps only: their builds
+// (ZKT_PLAIN_ALLOC) keep the natural layout.
+#ifndef ZKT_PLAIN_ALLOC
 #pragma pack(push, 4)
+#endif
 class FSize {
 public:
   int m_size_n;
@@ -65,15 +69,17 @@ public:
   FSize(FSize&& o) noexcept : m_size_n(o.m_size_n), m_ext(o.m_ext) { o.m_ext = nullptr; }
   ~FSize() { delete m_ext; }
 
-  // The scratch room stays with its owner.
+  // The scratch room stays with its owner. Two plain numbers are the common case.
   FSize& operator=(const FSize& o) {
     m_size_n = o.m_size_n;
+    if (m_ext == nullptr && o.m_ext == nullptr) return *this;
     setCalcTypeSize(o.calcTypeSize());
     setText(o.text());
     return *this;
   }
   FSize& operator=(FSize&& o) noexcept {
     m_size_n = o.m_size_n;
+    if (m_ext == nullptr && o.m_ext == nullptr) return *this;
     setCalcTypeSize(o.calcTypeSize());
     if (o.is_str()) ext().text = std::move(o.m_ext->text);
     else if (m_ext != nullptr) m_ext->text = mstring();
@@ -116,7 +122,9 @@ private:
     else if (m_ext != nullptr) m_ext->text = mstring();
   }
 };
+#ifndef ZKT_PLAIN_ALLOC
 #pragma pack(pop)
+#endif
 
 // fr.set(name, text of size), a plain number written straight from the number.
 inline Frag& setSize(Frag& fr, const char* name, const FSize& size) {
