@@ -209,7 +209,7 @@ CompileArena::CompileArena() : m_impl(nullptr) {}
 CompileArena::~CompileArena() {}
 bool CompileArena::holds(const void*) { return false; }
 CompileArena::Outside::Outside() : m_wasOutside(false) {}
-CompileArena::Outside::~Outside() {}
+CompileArena::Outside::~Outside() { (void)m_wasOutside; }
 
 #endif
 
