@@ -49,6 +49,7 @@ size_t roundUp(size_t n, size_t step) { return (n + step - 1) / step * step; }
 class Arena {
 public:
   Arena* prev = nullptr;
+  bool overflowed = false;  // some block of this compile came from the system
 
   // False when no range could be reserved.
   bool reserve() {
@@ -160,6 +161,7 @@ __attribute__((always_inline)) inline void* allocate(size_t n) {
   Arena* a = t_arena.open;
   if (a != nullptr && !t_arena.outside) {
     if (void* p = a->take(n)) return p;
+    a->overflowed = true;  // its range is full: the system serves the rest
   }
   return malloc(n);
 }
@@ -193,6 +195,10 @@ CompileArena::~CompileArena() {
   free(a);
 }
 
+bool CompileArena::reclaims() const {
+  return m_impl != nullptr && !static_cast<const Arena*>(m_impl)->overflowed;
+}
+
 bool CompileArena::holds(const void* p) { return holder(p) != nullptr; }
 
 CompileArena::Outside::Outside() : m_wasOutside(t_arena.outside) { t_arena.outside = true; }
@@ -207,6 +213,7 @@ inline void release(void* p, size_t) { free(p); }
 
 CompileArena::CompileArena() : m_impl(nullptr) {}
 CompileArena::~CompileArena() {}
+bool CompileArena::reclaims() const { return false; }
 bool CompileArena::holds(const void*) { return false; }
 CompileArena::Outside::Outside() : m_wasOutside(false) {}
 CompileArena::Outside::~Outside() { (void)m_wasOutside; }

@@ -23,8 +23,10 @@ public:
   CompileArena(const CompileArena&) = delete;
   CompileArena& operator=(const CompileArena&) = delete;
 
-  // True when closing this arena frees what was allocated while it was open.
-  bool reclaims() const { return m_impl != nullptr; }
+  // True when closing this arena frees everything allocated while it was
+  // open: false without an arena, and once its range was full and the
+  // system served what followed.
+  bool reclaims() const;
 
   // True when an open arena of this thread holds p.
   static bool holds(const void* p);
