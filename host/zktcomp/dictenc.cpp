@@ -285,6 +285,31 @@ ClassDictCreator::ClassDictCreator(Schema& sc, IErrReporter* err, bool cmode1)
   }
 }
 
+// Fields by name. With distinct names every sort gives the one order, so a
+// short run is sorted by insertion (declared order is often nearly sorted);
+// a run with equal names takes the heap sort, whose steps place them.
+static void sortFieldRun(mvector<FieldRef>& refs) {
+  const unsigned int n = refs.size();
+  if (n > 32) {
+    sort_vector(refs);
+    return;
+  }
+  mvector<FieldRef> byInsertion = refs;
+  for (unsigned int i = 1; i < n; i++) {
+    const FieldRef r = byInsertion[i];
+    unsigned int j = i;
+    for (; j > 0 && r < byInsertion[j - 1]; j--) byInsertion[j] = byInsertion[j - 1];
+    byInsertion[j] = r;
+  }
+  for (unsigned int i = 1; i < n; i++) {
+    if (!(byInsertion[i - 1] < byInsertion[i])) {  // equal names
+      sort_vector(refs);
+      return;
+    }
+  }
+  refs = std::move(byInsertion);
+}
+
 mvector<FieldRef> ClassDictCreator::fieldRun(Struct& s, bool sort) {
   mvector<FieldRef> refs;
   refs.reserve(s.v_field.size());
@@ -294,7 +319,7 @@ mvector<FieldRef> ClassDictCreator::fieldRun(Struct& s, bool sort) {
     r.order_no = j;
     refs.push_back(r);
   }
-  if (sort) sort_vector(refs);
+  if (sort) sortFieldRun(refs);
   return refs;
 }
 

@@ -67,6 +67,7 @@ bool Job::compile() {
   // gives the memory back in one piece.
   CompileArena arena;
   FILE* inp = fopen(inputFile.c_str(), "r");
+  if (inp != nullptr) setvbuf(inp, nullptr, _IOFBF, (size_t)1 << 16);  // large reads of a large schema
   ErrReporter rep;
   rep.m_gccForm = diagGcc;
   if (inp == nullptr) {

@@ -463,6 +463,7 @@ public:
       unlink(m_path.c_str());
       return false;
     }
+    setvbuf(m_f, nullptr, _IOFBF, (size_t)1 << 16);  // the schema is read back in large reads
     return true;
   }
   ~TempSchemaFile() {
