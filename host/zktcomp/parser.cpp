@@ -107,17 +107,22 @@ bool Parser::nextToken(int& begin) {
       m_pos = 0;
     }
     if (m_prepr.finished()) return false;
-    skipBlanks();
+    // The scan keeps its place in a local: stores into m_pos would be
+    // repeated at every character, which may alias it.
     const char* line = m_line.c_str();
     const int size = (int)m_line.size();
-    begin = m_pos;
-    if (m_pos < size) m_pos++;
+    int pos = m_pos;
+    while (pos < size && isBlank(line[pos])) pos++;
+    begin = pos;
+    if (pos < size) pos++;
     // What canAppend answers for a name and for a sign, without asking it.
     if (UT::nameBeg(line[begin])) {
-      while (m_pos < size && UT::nameCont(line[m_pos])) m_pos++;
+      while (pos < size && UT::nameCont(line[pos])) pos++;
+      m_pos = pos;
     } else if (isSign(line[begin])) {
-      // a token of one character
+      m_pos = pos;  // a token of one character
     } else {
+      m_pos = pos;  // canAppend reports its errors at m_pos
       while (m_pos < size && canAppend(line + begin, (size_t)(m_pos - begin), line[m_pos])) m_pos++;
     }
     if (m_pos > begin) return true;

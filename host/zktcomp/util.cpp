@@ -629,8 +629,9 @@ void Buf::read(FILE* is) {
   if (fgets(m_ptr, m_bufsz, is) == nullptr) {
     // Nothing read: the buffer keeps what it held and is scanned the same way.
   }
-  for (char* s = m_ptr; *s; s++) {
-    if (*s == '\r' || *s == '\n' || (s[0] == '/' && s[1] == '/')) {
+  // The first CR, LF or "//" ends the line; single slashes are stepped over.
+  for (char* s = m_ptr + strcspn(m_ptr, "\r\n/"); *s; s += 1 + strcspn(s + 1, "\r\n/")) {
+    if (*s != '/' || s[1] == '/') {
       *s = 0;
       break;
     }
