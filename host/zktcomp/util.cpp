@@ -286,6 +286,7 @@ public:
       if (slot == nullptr) return;
       m_removed.push_back(slot->at - 1);
       slot->at = kGone;
+      forgetRecent();
       return;
     }
     if (m_keyed) keysChanged();
@@ -296,14 +297,29 @@ public:
   Pos* first() const override { return new PosImpl(this); }
 
   bool keyed() const override { return m_keyed; }
+  // The last names found are tried first: a schema names few types again
+  // and again, and their texts are then at hand without hashing.
   HIComparable* findKey(const mstring& key) override {
     if (!m_keyed) return nullptr;
-    Cell* slot = slotOf(key.c_str(), textHash(key.c_str()));
-    return slot != nullptr ? &els[slot->at - 1] : nullptr;
+    const char* text = key.c_str();
+    const unsigned int len = key.size();
+    for (const Recent& r : m_recent)
+      if (r.len == len && len != 0 && memcmp(r.text, text, len) == 0) return &els[r.pos];
+    Cell* slot = slotOf(text, textHash(text));
+    if (slot == nullptr) return nullptr;
+    if (len < sizeof(Recent::text)) {
+      Recent& r = m_recent[m_nextRecent];
+      memcpy(r.text, text, len);
+      r.len = len;
+      r.pos = slot->at - 1;
+      m_nextRecent = (m_nextRecent + 1) % kRecent;
+    }
+    return &els[slot->at - 1];
   }
   void keysChanged() override {
     if (!m_keyed) return;
     m_keyed = false;
+    forgetRecent();
     mvector<bool> gone;
     gone.resize(els.size(), false);
     for (unsigned int i = 0; i < m_removed.size(); i++) gone[m_removed[i]] = true;
@@ -323,6 +339,18 @@ private:
   mvector<Cell> m_table;    // by hash of the name
   unsigned int m_used = 0;  // cells not free
   mvector<unsigned int> m_removed;
+  // Short names found lately, as looked for, with the object's position.
+  struct Recent {
+    char text[28];
+    unsigned int len;  // 0: unused
+    unsigned int pos;
+  };
+  static const unsigned int kRecent = 4;
+  Recent m_recent[kRecent] = {};
+  unsigned int m_nextRecent = 0;
+  void forgetRecent() {
+    for (Recent& r : m_recent) r.len = 0;
+  }
   std::set<HIComparable, ByLess> sorted_els;  // once not keyed
 
   // The cell of key, or null. A cell holds the name's hash beside the
