@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ierrrep.h"
+#include "dictenc.h"
 #include "proc_util.h"
 #include "schema.h"
 #include "util.h"
@@ -65,6 +66,28 @@ TEST(SupportSort, ByKeyMatchesTheDirectSort) {
     sort_vector_by_key(byKey, [](const FldLayout& r) { return r.sortKey(); });
     ASSERT_EQ(direct.size(), byKey.size());
     for (unsigned i = 0; i < direct.size(); i++) ASSERT_EQ(direct[i].m_ref, byKey[i].m_ref) << "round " << round;
+  }
+}
+
+// A run of fields by name must come out as the heap sort places it, equal
+// names included.
+TEST(SupportSort, FieldRunsMatchTheHeapSort) {
+  unsigned seed = 11;
+  for (int round = 0; round < 100; round++) {
+    Struct s;
+    const int n = round % 40;
+    for (int i = 0; i < n; i++) {
+      seed = seed * 1103515245u + 12345u;
+      Field f;
+      f.m_name = mstring(("n" + std::to_string((seed >> 16) % (round % 3 == 0 ? 8 : 1000))).c_str());
+      s.v_field.push_back(std::move(f));
+    }
+    mvector<FieldRef> direct;
+    for (int i = 0; i < n; i++) direct.push_back(FieldRef{&s.v_field[i], (unsigned)i});
+    sort_vector(direct);
+    const mvector<FieldRef> run = ClassDictCreator::fieldRun(s, true);
+    ASSERT_EQ(run.size(), direct.size());
+    for (unsigned i = 0; i < run.size(); i++) ASSERT_EQ(run[i].pf, direct[i].pf) << "round " << round << " at " << i;
   }
 }
 

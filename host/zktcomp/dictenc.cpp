@@ -286,8 +286,9 @@ ClassDictCreator::ClassDictCreator(Schema& sc, IErrReporter* err, bool cmode1)
 }
 
 // Fields by name. With distinct names every sort gives the one order, so a
-// short run is sorted by insertion (declared order is often nearly sorted);
-// a run with equal names takes the heap sort, whose steps place them.
+// short run is sorted by insertion (declared order is often nearly sorted),
+// one comparison of texts telling both the order and equality; a run with
+// equal names takes the heap sort, whose steps place them.
 static void sortFieldRun(mvector<FieldRef>& refs) {
   const unsigned int n = refs.size();
   if (n > 32) {
@@ -298,14 +299,16 @@ static void sortFieldRun(mvector<FieldRef>& refs) {
   for (unsigned int i = 1; i < n; i++) {
     const FieldRef r = byInsertion[i];
     unsigned int j = i;
-    for (; j > 0 && r < byInsertion[j - 1]; j--) byInsertion[j] = byInsertion[j - 1];
-    byInsertion[j] = r;
-  }
-  for (unsigned int i = 1; i < n; i++) {
-    if (!(byInsertion[i - 1] < byInsertion[i])) {  // equal names
-      sort_vector(refs);
-      return;
+    for (; j > 0; j--) {
+      const int c = compareTexts(r.pf->m_name, byInsertion[j - 1].pf->m_name);
+      if (c == 0) {  // equal names
+        sort_vector(refs);
+        return;
+      }
+      if (c > 0) break;
+      byInsertion[j] = byInsertion[j - 1];
     }
+    byInsertion[j] = r;
   }
   refs = std::move(byInsertion);
 }
