@@ -67,7 +67,7 @@ TEST(AnalyzerStatements, DecimalWidthsAndTypeNames) {
     ASSERT_OK(a);
     const Field& f = a.type("s")->v_field[0];
     EXPECT_EQ(S(f.m_eltype), c.eltype) << c.type;
-    EXPECT_EQ(f.m_precision, c.precision) << c.type;
+    EXPECT_EQ(f.rare().precision, c.precision) << c.type;
   }
 }
 

@@ -1075,10 +1075,18 @@ mstring Analyzer::getTypeName(int& precision) {
   return res;
 }
 
+// getTypeName for a field, which keeps the precision.
+mstring Analyzer::fieldTypeName(Field& f) {
+  int precision;
+  mstring type = getTypeName(precision);
+  f.setPrecision(precision);
+  return type;
+}
+
 void Analyzer::readRefTarget(Field& f) {
   mstring tok = m_p.get();
   if (tok == "<") {
-    f.m_refto = m_p.get();
+    f.editRare().refto = m_p.get();
     m_p.match(">");
   } else {
     m_p.takeBack(tok);
@@ -1092,13 +1100,13 @@ void Analyzer::readInitialValues(Field& f) {
   if (!f.m_isArray) {
     mstring v = m_p.get();
     if (v == "{") error("scalar init with {");
-    f.m_initVals.push_back(v);
+    f.editRare().initVals.push_back(v);
     return;
   }
   m_p.match("{");
   int left = f.m_arraySize;
   for (;;) {
-    f.m_initVals.push_back(m_p.get());
+    f.editRare().initVals.push_back(m_p.get());
     left--;
     if (left == 0) {
       m_p.match("}");
@@ -1108,8 +1116,8 @@ void Analyzer::readInitialValues(Field& f) {
     if (sep == "}") break;
     if (sep != ",") error("expected ,");
   }
-  if (f.m_initVals.size() == 0) error("array not initialized");
-  for (; left > 0; left--) f.m_initVals.push_back("0");
+  if (f.rare().initVals.size() == 0) error("array not initialized");
+  for (; left > 0; left--) f.editRare().initVals.push_back("0");
 }
 
 // field -> ['nullable'] ( 'optional' type name
@@ -1130,7 +1138,7 @@ void Analyzer::do_field(Struct& s) {
   }
   if (tok == "optional") {
     f.m_isOptional = true;
-    f.m_eltype = getTypeName(f.m_precision);
+    f.m_eltype = fieldTypeName(f);
     f.m_name = m_p.getName();
     checkIsNotReserved(f.m_name);
   } else if (tok == "sequence") {
@@ -1138,18 +1146,18 @@ void Analyzer::do_field(Struct& s) {
     m_p.match("<");
     m_s.m_useSequences = true;
     f.m_eltype = "sequence";
-    f.m_seqElemType = getTypeName(f.m_precision);
-    if (f.m_precision > 0) error("Sequence element can not be of numeric type");  // decimal<n,0> passes
+    f.editRare().seqElemType = fieldTypeName(f);
+    if (f.rare().precision > 0) error("Sequence element can not be of numeric type");  // decimal<n,0> passes
     f.m_isSequence = true;
     tok = m_p.get();
     if (tok == "asc" || tok == "ascending") {
-      f.m_seqOrder = "ZKT_SEQ_ASC_ORDER";
+      f.editRare().seqOrder = "ZKT_SEQ_ASC_ORDER";
       tok = m_p.get();
     } else if (tok == "desc" || tok == "descending") {
-      f.m_seqOrder = "ZKT_SEQ_DESC_ORDER";
+      f.editRare().seqOrder = "ZKT_SEQ_DESC_ORDER";
       tok = m_p.get();
     } else {
-      f.m_seqOrder = "ZKT_SEQ_NO_ORDER";
+      f.editRare().seqOrder = "ZKT_SEQ_NO_ORDER";
     }
     if (tok != ">") error("sequence specification error");
     f.m_name = m_p.getName();
@@ -1157,7 +1165,7 @@ void Analyzer::do_field(Struct& s) {
   } else if (tok == "vector") {
     m_p.match("<");
     f.m_isVector = true;
-    f.m_eltype = getTypeName(f.m_precision);
+    f.m_eltype = fieldTypeName(f);
     if (f.m_eltype == "autoid_t" || f.m_eltype == "ref") readRefTarget(f);
     m_p.match(">");
     f.m_name = m_p.getName();
@@ -1165,7 +1173,7 @@ void Analyzer::do_field(Struct& s) {
   } else if (tok == "rectangle" || tok == "rect" || tok == "point") {
     const bool rect = tok != "point";
     m_p.match("<");
-    f.m_eltype = getTypeName(f.m_precision);
+    f.m_eltype = fieldTypeName(f);
     m_p.match(">");
     if (rect)
       f.m_isRTreeRect = true;
@@ -1181,7 +1189,7 @@ void Analyzer::do_field(Struct& s) {
     f.m_arraySize = rect ? (int)dim * 2 : (int)dim;
   } else {
     m_p.takeBack(tok);
-    f.m_eltype = getTypeName(f.m_precision);
+    f.m_eltype = fieldTypeName(f);
     if (f.m_eltype == "autoid_t" || f.m_eltype == "ref") readRefTarget(f);
     // The first name of a plain declaration is not tested against the
     // reserved words ("signed<4> date;" is accepted): intended, keep it.
@@ -1219,7 +1227,7 @@ void Analyzer::do_field(Struct& s) {
     if (tok == ";") return;
     if (tok != ",") error("expected , or ;");
     f = s.v_field.back();  // the declarator again, without the values of this name
-    f.m_initVals.reset();
+    if (f.rare().initVals.size() > 0) f.editRare().initVals = mvector<mstring>();
     f.m_name = m_p.getName();
     checkIsNotReserved(f.m_name);
   }
@@ -1234,7 +1242,7 @@ void Analyzer::do_direct_field(Struct& s) {
   if (tok == "nullable") error("Nullable field is not allowed in direct structure");
   if (tok == "vector") error("Vector is not allowed in direct structure");
   m_p.takeBack(tok);
-  f.m_eltype = getTypeName(f.m_precision);
+  f.m_eltype = fieldTypeName(f);
   f.m_name = m_p.getName();
   checkIsNotReserved(f.m_name);  // here the first name is tested too
   if (accept("[")) {
@@ -1268,7 +1276,7 @@ void Analyzer::add_indicators(Struct& s) {
     ind.m_eltype = "boolean";
     ind.m_isIndicator = true;
     ind.m_containerStruct = &s;
-    if (s.v_field[i].m_initVals.size() > 0) ind.m_initVals.push_back("1");  // a default is not null
+    if (s.v_field[i].rare().initVals.size() > 0) ind.editRare().initVals.push_back("1");  // a default is not null
     s.v_field[i].m_indicator = (int)s.v_field.size();
     s.v_field.push_back(ind);
     s.m_nNullableFields++;

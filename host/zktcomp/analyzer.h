@@ -53,6 +53,7 @@ public:
 
   // ---- fields and types
   mstring getTypeName(int& precision);
+  mstring fieldTypeName(Field& f);  // the same, the precision kept in f
   void do_field(Struct& s);
   void do_direct_field(Struct& s);
   void add_indicators(Struct& s);
@@ -115,7 +116,7 @@ private:
   // Sets m_suppressApi when name (or "") stands in the suppress list.
   void applySuppressList(Struct& s, const mstring& name);
   void placeInStruct(Struct& s, Field& f);
-  // Reads the "< class >" behind ref or autoid_t into m_refto.
+  // Reads the "< class >" behind ref or autoid_t into the field's refto.
   void readRefTarget(Field& f);
   // Reads "= value" or "= { values }" into f.
   void readInitialValues(Field& f);

@@ -103,7 +103,7 @@ void Analyzer::struct_finishStructFields(Struct& top, bool) {
       fr.dynamic = true;
       if (s.m_isDirectStruct) error("Direct struct can't include dynamic or optional fields");
     }
-    if (t.m_hasInitializers || f.m_initVals.size() > 0) fr.inits = true;
+    if (t.m_hasInitializers || f.rare().initVals.size() > 0) fr.inits = true;
     if (t.m_hasBlobs) fr.blobs = true;
     if (t.m_hasSequences) fr.sequences = true;
   }
@@ -122,10 +122,10 @@ void Analyzer::pushFinishFrame(Struct& s) {
 // The checks of one field up to the resolution of its type.
 void Analyzer::resolveFieldType(Struct& s, Field& f, FinishFrame& fr) {
   if (f.m_eltype == s.m_name) error1("struct #1 includes itself", s.m_name);
-  f.m_penum = m_s.findEnum(f.m_eltype);
+  f.setPenum(m_s.findEnum(f.m_eltype));
   if (f.m_isSequence) {
-    f.m_seqElemStruct = findFieldType(f.m_seqElemType, s);
-    if ((int)f.m_seqElemStruct->m_layout.u.m_size > 32) error1("sequence<char(N)> is limited by #1", "32");
+    f.editRare().seqElemStruct = findFieldType(f.rare().seqElemType, s);
+    if ((int)f.rare().seqElemStruct->m_layout.u.m_size > 32) error1("sequence<char(N)> is limited by #1", "32");
     fr.sequences = true;
   }
   f.m_pstruct = findFieldType(f.m_eltype, s);
@@ -441,11 +441,11 @@ void Analyzer::checkRefTo() {
     const Class& cls = *static_cast<Class*>(pos.get().get());
     for (unsigned int i = 0; i < cls.v_field.size(); i++) {
       const Field& f = cls.v_field[i];
-      if (f.m_refto.empty()) continue;
-      const Class* target = m_s.findClass(f.m_refto);
-      if (target == nullptr) error1("A reference to undefined class \"#1\" found.", f.m_refto);
-      if (f.m_eltype == "autoid_t" && !target->m_hasAutoId) error1("Class \"#1\" has no autoid.", f.m_refto);
-      if (f.m_eltype == "ref" && !target->m_hasId) error1("Class \"#1\" has no oid.", f.m_refto);
+      if (f.rare().refto.empty()) continue;
+      const Class* target = m_s.findClass(f.rare().refto);
+      if (target == nullptr) error1("A reference to undefined class \"#1\" found.", f.rare().refto);
+      if (f.m_eltype == "autoid_t" && !target->m_hasAutoId) error1("Class \"#1\" has no autoid.", f.rare().refto);
+      if (f.m_eltype == "ref" && !target->m_hasId) error1("Class \"#1\" has no oid.", f.rare().refto);
     }
   }
 }

@@ -88,7 +88,7 @@ unsigned int fieldFlags(const Field& f) {
     { 16,     f.m_isHidden },
     { 32,     f.m_isNullable },
     { 64,     f.m_isIndicator },
-    { 128,    f.m_precision >= 0 },
+    { 128,    f.rare().precision >= 0 },
   };
   // clang-format on
   return collect(bits);
@@ -334,8 +334,8 @@ int ClassDictCreator::structNum(const Field& f) {
 }
 
 int ClassDictCreator::refToClass(const Field& f) const {
-  if (f.m_pstruct == nullptr || f.m_pstruct->m_category != ET_REF || f.m_refto.empty()) return -1;
-  auto it = m_classPos.find(f.m_refto.c_str());
+  if (f.m_pstruct == nullptr || f.m_pstruct->m_category != ET_REF || f.rare().refto.empty()) return -1;
+  auto it = m_classPos.find(f.rare().refto.c_str());
   return it == m_classPos.end() ? (int)m_classPos.size() + 1 : it->second;
 }
 
@@ -424,7 +424,7 @@ InitValues initValues(Schema& sc, const Struct& s, const Field& f, int elemSize,
   r.type = f.getInitializerType();
   Frag fr;
   fr.set("struct", s.m_name).set("field", f.m_name);
-  const mvector<mstring>& vals = f.m_initVals;
+  const mvector<mstring>& vals = f.rare().initVals;
   for (unsigned int i = 0; i < vals.size(); i++) {
     fr.set("value", vals[i]);
     switch (r.type) {

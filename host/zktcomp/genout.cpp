@@ -238,10 +238,10 @@ mstring GenOutput::nameWithPrefix(const mstring& name) {
 static void renameEnumFields(Struct& s) {
   for (unsigned int i = 0; i < s.v_field.size(); i++) {
     Field& f = s.v_field[i];
-    if (f.m_penum == nullptr) continue;
-    f.m_eltype = f.m_penum->m_name;
-    f.m_pstruct->m_name = f.m_penum->m_name;
-    f.m_pstruct->m_cType = f.m_penum->m_name;
+    if (f.rare().penum == nullptr) continue;
+    f.m_eltype = f.rare().penum->m_name;
+    f.m_pstruct->m_name = f.rare().penum->m_name;
+    f.m_pstruct->m_cType = f.rare().penum->m_name;
   }
 }
 

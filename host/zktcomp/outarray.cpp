@@ -178,8 +178,8 @@ void checkSize(const Field& f) {
 void frag(const GenOutput& g, const Field& f, Frag& fr) {
   const Struct& t = *f.m_pstruct;
   fr.set("H", fr.fill(kHandleArgs));
-  fr.set("isenum", f.m_penum != nullptr ? "1" : "0");
-  if (f.m_penum != nullptr) fr.set("etype", enum_int_type((int)t.m_layout.u.m_size));
+  fr.set("isenum", f.rare().penum != nullptr ? "1" : "0");
+  if (f.rare().penum != nullptr) fr.set("etype", enum_int_type((int)t.m_layout.u.m_size));
   fr.set("oidtype", g.m_sc.objIdName());
   fr.set("oidsize", (long)g.m_sc.m_oid_sizeof_uplimit);
   const bool wide = t.m_category == ET_UNICODE_CHARS || t.m_category == ET_UNICODE_STRING;
@@ -195,7 +195,7 @@ namespace {
 void outputSimpleArray(GenOutput& g, Struct& s, Field& f, Frag& fr) {
   const bool boolean = f.m_eltype == "boolean";
   const bool direct = s.m_isDirectStruct;
-  const SimpleCase sc = f.m_penum != nullptr ? (direct ? SC_ENUM_DIRECT : SC_ENUM)
+  const SimpleCase sc = f.rare().penum != nullptr ? (direct ? SC_ENUM_DIRECT : SC_ENUM)
                         : boolean            ? SC_BOOLEAN
                         : direct             ? SC_DIRECT
                                              : SC_OTHER;

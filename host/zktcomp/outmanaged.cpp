@@ -417,7 +417,7 @@ void GenOutput::outputManagedMember(Struct&, Field& f, Frag& fr) {
   // to write there is nothing to do.
   if (m_cs->discards() && m_java->discards()) return;
   if (f.m_isSequence) {
-    const Struct& e = *f.m_seqElemStruct;
+    const Struct& e = *f.rare().seqElemStruct;
     const bool sized = e.m_category == ET_CHARS || e.m_category == ET_BINARY;
     const mstring order = fr.fill("{order}");
     const bool unordered = order == kNoOrder, asc = order == kAscOrder;

@@ -255,7 +255,7 @@ const int kTopVariant[] = {T_SCALAR, T_FIXED, T_VAR};  // by TopKind
 }  // namespace
 
 void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
-  const Struct& e = *f.m_seqElemStruct;
+  const Struct& e = *f.rare().seqElemStruct;
   const SeqElement* el = seqElement(e.m_category);
   fr.set("ename", e.m_name);
   setSize(fr, "es", e.m_layout.u.m_size);
@@ -273,10 +273,10 @@ void GenOutput::outputSequenceField(Struct& s, Class* c, Field& f, Frag& fr) {
   }
   const mstring seqfn = fr.fill("{seqfn}"), seqtype = fr.fill("{seqtype}");
   fr.set("cast", seqfn != seqtype && seqtype != "zkt_datetime" ? "(char*)" : "");
-  fr.set("order", f.m_seqOrder).set("w", fr.fill(kSeqW)).set("S", fr.fill(kSeqS));
+  fr.set("order", f.rare().seqOrder).set("w", fr.fill(kSeqW)).set("S", fr.fill(kSeqS));
   if (c != nullptr) fr.set("cc", (m_mergeable ? mstring(kMergeableCode) : mstring()) + fr.fill("{code}"));
 
-  const bool ordered = f.m_seqOrder != kNoOrder;
+  const bool ordered = f.rare().seqOrder != kNoOrder;
   const mstring base = s.m_name + "_" + f.m_name;
   for (const SeqFunction& fn : kSeqFunctions) {
     if ((fn.when == SEQ_ORDERED && !ordered) || (fn.when == SEQ_IN_CLASS && c == nullptr)) continue;

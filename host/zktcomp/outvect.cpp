@@ -163,7 +163,7 @@ void GenOutput::output_vector_field(Struct& s, Class* c, Field& f, const mstring
     }
     case ET_SIMPLE: {
       const bool boolean = f.m_eltype == "boolean";
-      const VectorCase vc = f.m_penum != nullptr ? VC_ENUM : boolean ? VC_BOOLEAN : VC_OTHER;
+      const VectorCase vc = f.rare().penum != nullptr ? VC_ENUM : boolean ? VC_BOOLEAN : VC_OTHER;
       w.size(SF_SIMPLE);
       w.function(elem::kSimpleAt, kSimpleAtBody[vc]);
       elem::checkSize(f);

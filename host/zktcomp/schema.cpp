@@ -190,7 +190,7 @@ void Class::addSysField(const mstring& name, const mstring& type, bool hidden, c
   f.m_containerStruct = this;
   f.m_no = v_field.size();
   f.m_isHidden = hidden;
-  if (init != nullptr) f.m_initVals.push_back(mstring(init));
+  if (init != nullptr) f.editRare().initVals.push_back(mstring(init));
   v_field.push_back(f);
 }
 
@@ -421,7 +421,7 @@ const SequenceCode kSequenceCodes[] = {
 const int kSequenceOfBytes = 40;  // char<N>, binary<N> or a struct, carried as bytes
 }  // namespace
 
-// The codes of the runtime; m_pstruct (and m_seqElemStruct, m_penum) must be
+// The codes of the runtime; m_pstruct (and seqElemStruct, penum) must be
 // resolved, so this holds after the finishing pass has seen the field.
 Field::DictInfo Field::dict_info(bool allow_struct) const {
   DictInfo info;
@@ -444,7 +444,7 @@ Field::DictInfo Field::dict_info(bool allow_struct) const {
           return info;
         }
       }
-      if (m_penum != nullptr) {
+      if (rare().penum != nullptr) {
         for (const SimpleCode& c : kEnumCodes) {
           if ((int)t.m_layout.c.m_size == c.size) {
             info.etype = c.etype;
@@ -510,7 +510,7 @@ Field::DictInfo Field::dict_info(bool allow_struct) const {
     case ET_WCHAR_STRING:
       IErrReporter::panic("illegal index field type", false);
     case ET_SEQUENCE: {
-      const Struct& el = *m_seqElemStruct;
+      const Struct& el = *rare().seqElemStruct;
       info.size = t.m_layout.u.m_size;
       if (el.m_category == ET_CHARS || el.m_category == ET_BINARY || el.m_category == ET_STRUCT) {
         info.etype = kSequenceOfBytes;
@@ -526,7 +526,7 @@ Field::DictInfo Field::dict_info(bool allow_struct) const {
       }
       // "singined" and "floatig" are the message as it has always read: keep them.
       // clang-format off
-      IErrReporter::panic("Wrong sequence element type " + m_seqElemType + ": sequences can be defined only singined/unsigned integer, floatig point, date/time, character and fixed size struct type.", false);
+      IErrReporter::panic("Wrong sequence element type " + rare().seqElemType + ": sequences can be defined only singined/unsigned integer, floatig point, date/time, character and fixed size struct type.", false);
       // clang-format on
     }
   }

@@ -234,11 +234,11 @@ void GenOutput::outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& f
   const bool autoid = f.m_pstruct->m_category == ET_AUTOID;
   const int width = s.m_maxFuncName;
 
-  if (f.m_precision >= 0) {
+  if (f.rare().precision >= 0) {
     int w = f.m_u_layout->m_size;
     if (w == 0) w = f.dict_info(true).size;
     if (w == 0) throw "unknown element size";
-    fr.set("w", (long)w).set("p", (long)f.m_precision);
+    fr.set("w", (long)w).set("p", (long)f.rare().precision);
     for (const NumericFunction& fn : kNumericFunctions) {
       cFunction(base + fn.suffix, width, fr.fill(fn.params), fr.fill(fn.body));
       cppMethod(hpp, fr.fill(fn.decl), fr.fill(fn.def));
@@ -255,7 +255,7 @@ void GenOutput::outputScalarField(Struct& s, Class* c, Field& f, int ev, Frag& f
   // raises an event; the two-offset form where the layouts differ.
   const int size = elementSize(f);
   const bool boolean = f.m_eltype == "boolean";
-  const bool isEnum = f.m_penum != nullptr;
+  const bool isEnum = f.rare().penum != nullptr;
   const bool direct = f.m_containerStruct != nullptr && f.m_containerStruct->m_isDirectStruct;
   if (!s.m_isDirectStruct) {
     fr.set("g", boolean ? "zkt_w_bit_get" : simple_get_accessor_name(size));

@@ -104,7 +104,7 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
       const int ev = updateEventId(s, f);
 
       mstring initIndex("0");
-      if (f.m_initVals.size() > 0) {
+      if (f.rare().initVals.size() > 0) {
         const DictEnc::InitValues iv = DictEnc::initValues(
             m_sc, s, f, (int)di.size, m_err, "Initializer is not allowed for this type of field: {struct}.{field}");
         switch (iv.type) {
@@ -118,17 +118,17 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
           case INIT_DOUBLE:
             initIndex = UT::n2s(doublePos + 1);
             *doubles.get() << fr.fill(kInitComment);
-            for (unsigned int k = 0; k < f.m_initVals.size(); k++) *doubles.get() << f.m_initVals[k] << ", ";
-            doublePos += f.m_initVals.size();
+            for (unsigned int k = 0; k < f.rare().initVals.size(); k++) *doubles.get() << f.rare().initVals[k] << ", ";
+            doublePos += f.rare().initVals.size();
             break;
           case INIT_STRING:
             // The literals stand side by side, so the C text lacks the zero
             // byte between two values that the positions count: intended.
             initIndex = UT::n2s(stringPos + 1);
             *strings.get() << fr.fill(kInitComment);
-            for (unsigned int k = 0; k < f.m_initVals.size(); k++) {
-              *strings.get() << f.m_initVals[k];
-              stringPos += f.m_initVals[k].bytes() + 1;
+            for (unsigned int k = 0; k < f.rare().initVals.size(); k++) {
+              *strings.get() << f.rare().initVals[k];
+              stringPos += f.rare().initVals[k].bytes() + 1;
             }
             *strings.get() << kStringInitEnd;
             break;
@@ -158,9 +158,9 @@ void ClassDictCreator::printAllFields(IOutStream& os, bool sort, bool openBlock)
       setSize(fr, "field_size", di.size);
       fr.set("init_index", initIndex).set("order_no", (long)refs[j].order_no).set("no", (long)f.m_no);
       fr.set("event_id", (long)(ev < 0 ? 65535 : ev)).set("indicator", (long)indicator);
-      fr.set("precision", (long)(f.m_precision < 0 ? 0 : f.m_precision));
-      fr.set("seq_order", f.m_seqOrder.empty() ? "0" : f.m_seqOrder.c_str());
-      if (f.m_seqElemStruct != nullptr) setSize(fr, "seq_elem_size", f.m_seqElemStruct->m_layout.u.m_size);
+      fr.set("precision", (long)(f.rare().precision < 0 ? 0 : f.rare().precision));
+      fr.set("seq_order", f.rare().seqOrder.empty() ? "0" : f.rare().seqOrder.c_str());
+      if (f.rare().seqElemStruct != nullptr) setSize(fr, "seq_elem_size", f.rare().seqElemStruct->m_layout.u.m_size);
       else fr.set("seq_elem_size", "0");
       fr.set("seq_no", (long)f.m_seq_no);
       fr.set("end", ++written == m_nFields ? "}" : "},");

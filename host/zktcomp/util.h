@@ -126,7 +126,7 @@ public:
   Rare(Rare&& o) noexcept : m(o.m) { o.m = nullptr; }
   ~Rare() { delete m; }
   Rare& operator=(const Rare& o) {
-    if (this != &o) *this = o.get();
+    if (this != &o && (m != nullptr || o.m != nullptr)) edit() = o.get();
     return *this;
   }
   Rare& operator=(Rare&& o) noexcept {
@@ -135,35 +135,12 @@ public:
     o.m = old;
     return *this;
   }
-  Rare& operator=(const T& v) {
-    edit() = v;
-    return *this;
-  }
-  Rare& operator=(T&& v) {
-    edit() = std::move(v);
-    return *this;
-  }
 
   const T& get() const { return m != nullptr ? *m : none(); }
-  operator const T&() const { return get(); }
   T& edit() {  // makes the value when it is unset
     if (m == nullptr) m = new T();
     return *m;
   }
-  void reset() {  // unset again
-    delete m;
-    m = nullptr;
-  }
-
-  // The members the owners use, for strings and for lists.
-  const char* c_str() const { return get().c_str(); }
-  bool empty() const { return m == nullptr || m->size() == 0; }
-  unsigned int size() const { return m != nullptr ? m->size() : 0; }
-  template <class E>
-  void push_back(E&& e) {
-    edit().push_back(std::forward<E>(e));
-  }
-  auto operator[](unsigned int i) const -> decltype(get()[i]) { return get()[i]; }
 
 private:
   T* m = nullptr;

@@ -292,10 +292,10 @@ int MemoryClassDictCreator::GetSeqOrder(Field* f) {
     { "ZKT_SEQ_NO_ORDER",    ZKT_SEQ_NO_ORDER },
   };
   // clang-format on
-  if (f->m_seqOrder.empty()) return ZKT_SEQ_NO_ORDER;
+  if (f->rare().seqOrder.empty()) return ZKT_SEQ_NO_ORDER;
   for (const auto& o : kOrders)
-    if (f->m_seqOrder == o.name) return o.order;
-  m_err->err("Field " + f->m_name + " invalid sequence order " + f->m_seqOrder);
+    if (f->rare().seqOrder == o.name) return o.order;
+  m_err->err("Field " + f->m_name + " invalid sequence order " + f->rare().seqOrder);
   return ZKT_SEQ_NO_ORDER;  // for a reporter whose errors return
 }
 
@@ -317,8 +317,8 @@ unsigned int MemoryClassDictCreator::initValues(const Struct& s, const Field& f,
     }
     case INIT_STRING: {
       const unsigned int index = m_sinit_values.size() + 1;
-      for (unsigned int i = 0; i < f.m_initVals.size(); i++) {
-        const char* v = f.m_initVals[i].c_str();
+      for (unsigned int i = 0; i < f.rare().initVals.size(); i++) {
+        const char* v = f.rare().initVals[i].c_str();
         const size_t n = strlen(v);
         // Between the first and the last character. A single quote is
         // dropped and the character after it taken as it is; a backslash is
@@ -380,7 +380,7 @@ void MemoryClassDictCreator::create(zkt_dictionary_t_* dict, bool sort) {
       if (di.etype == 51 && f.m_isArray) m_err->err("Blob cannot be element of array");
       if (di.etype == 51 && f.m_isVector) m_err->err("Blob cannot be element of vector");
       const int ev = updateEventId(s, f);
-      const unsigned int initIndex = f.m_initVals.size() > 0 ? initValues(s, f, (int)di.size) : 0;
+      const unsigned int initIndex = f.rare().initVals.size() > 0 ? initValues(s, f, (int)di.size) : 0;
       unsigned int indicator = 65535;
       if (f.m_isNullable) {
         auto it = runPos.find((unsigned int)f.m_indicator);
@@ -409,11 +409,11 @@ void MemoryClassDictCreator::create(zkt_dictionary_t_* dict, bool sort) {
       fr.no = (uint16_t)f.m_no;
       fr.event_id = (uint16_t)(ev < 0 ? 65535 : ev);
       fr.indicator = (uint16_t)indicator;
-      fr.precision = (int8_t)(f.m_precision < 0 ? 0 : f.m_precision);
+      fr.precision = (int8_t)(f.rare().precision < 0 ? 0 : f.rare().precision);
       fr.seq_order = (int8_t)GetSeqOrder(&f);
-      if (f.m_seqElemStruct != nullptr && f.m_seqElemStruct->m_category == ET_STRUCT)
+      if (f.rare().seqElemStruct != nullptr && f.rare().seqElemStruct->m_category == ET_STRUCT)
         m_err->err("python wraper does not support sequence of structs");
-      fr.seq_elem_size = (int8_t)(f.m_seqElemStruct != nullptr ? (int)f.m_seqElemStruct->m_layout.u.m_size : 0);
+      fr.seq_elem_size = (int8_t)(f.rare().seqElemStruct != nullptr ? (int)f.rare().seqElemStruct->m_layout.u.m_size : 0);
     }
     // Each struct allocates the tables anew; the last allocation stays.
     copyTables(dict);
