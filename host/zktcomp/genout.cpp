@@ -246,10 +246,13 @@ static void renameEnumFields(Struct& s) {
 }
 
 void GenOutput::calculateFormating() {
-  // Names change below: the sets find by order from now on.
-  m_sc.s_enum.get()->keysChanged();
-  m_sc.s_class.get()->keysChanged();
-  m_sc.s_struct.get()->keysChanged();
+  // Names change below with a prefix, and for the fields of an enum type:
+  // then the sets find by order from now on. Otherwise every name stays.
+  if (m_prefix || m_sc.s_enum.get()->size() > 0) {
+    m_sc.s_enum.get()->keysChanged();
+    m_sc.s_class.get()->keysChanged();
+    m_sc.s_struct.get()->keysChanged();
+  }
   for (ISet::HPos pos(m_sc.s_enum.first()); pos.valid(); pos.next()) {
     Enum& e = *static_cast<Enum*>(pos.get().get());
     e.m_name = nameWithPrefix(e.m_name);
