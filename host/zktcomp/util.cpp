@@ -300,7 +300,7 @@ public:
   // The last names found are tried first: a schema names few types again
   // and again, and their texts are then at hand without hashing.
   HIComparable* findKey(const mstring& key) override {
-    if (!m_keyed) return nullptr;
+    if (!m_keyed || m_table.size() == 0) return nullptr;  // an empty set needs no hash
     const char* text = key.c_str();
     const unsigned int len = key.size();
     for (const Recent& r : m_recent)
