@@ -213,7 +213,7 @@ inline void release(void* p, size_t) { free(p); }
 
 CompileArena::CompileArena() : m_impl(nullptr) {}
 CompileArena::~CompileArena() {}
-bool CompileArena::reclaims() const { return false; }
+bool CompileArena::reclaims() const { return m_impl != nullptr; }  // never set here
 bool CompileArena::holds(const void*) { return false; }
 CompileArena::Outside::Outside() : m_wasOutside(false) {}
 CompileArena::Outside::~Outside() { (void)m_wasOutside; }
