@@ -54,6 +54,7 @@ void (*IErrReporter::s_panicHook)(const mstring& msg, bool normalError) = nullpt
 
 void IErrReporter::panic(const mstring& msg, bool normalError) {
   if (s_panicHook) s_panicHook(msg, normalError);
+  IOutStream::drainOpenFiles();  // the outputs keep what was written before the stop
   Replaced::discard();  // no temporary of -ifchanged outlives the process
   fprintf(stderr, "%s: %s\n", normalError ? "error" : "internal error", msg.c_str());
   exit(-1);

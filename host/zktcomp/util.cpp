@@ -466,6 +466,9 @@ namespace {
 
 // Generated files run to megabytes of small writes: they collect in a
 // buffer of kBuf bytes that goes to the file in one write when full.
+class ZktOFstream;
+thread_local ZktOFstream* t_openFiles = nullptr;  // this thread's file streams, for drainOpenFiles
+
 class ZktOFstream : public IOutStream {
 public:
   FILE* fs;
@@ -473,6 +476,9 @@ public:
     if (fs == nullptr) IErrReporter::panic(mstring("Cannot open file ") + name, true);
     setvbuf(fs, nullptr, _IONBF, 0);  // the buffer below is the only one
     m_buf = new char[kBuf];
+    m_next = t_openFiles;
+    if (m_next != nullptr) m_next->m_prev = this;
+    t_openFiles = this;
   }
   ~ZktOFstream() override {
     if (fs) {
@@ -480,6 +486,13 @@ public:
       fclose(fs);
     }
     delete[] m_buf;
+    if (m_prev != nullptr) m_prev->m_next = m_next;
+    else t_openFiles = m_next;
+    if (m_next != nullptr) m_next->m_prev = m_prev;
+  }
+  // What is written so far goes to the file, as an unbuffered stream would have it.
+  static void drainAll() {
+    for (ZktOFstream* f = t_openFiles; f != nullptr; f = f->m_next) f->drain();
   }
   // Text up to its first NUL, as fputs would write it.
   IOutStream& operator<<(const mstring& s) override {
@@ -517,6 +530,8 @@ private:
   static const size_t kBuf = 1 << 20;
   char* m_buf;
   size_t m_len = 0;
+  ZktOFstream* m_prev = nullptr;
+  ZktOFstream* m_next = nullptr;
 
   void put(const char* s, size_t n) {
     if (n > kBuf - m_len) {
@@ -638,6 +653,7 @@ private:
 }  // namespace
 
 IOutStream* IOutStream::createFileStream(const mstring& fnm) { return new ZktOFstream(fnm, false); }
+void IOutStream::drainOpenFiles() { ZktOFstream::drainAll(); }
 IOutStream* IOutStream::createStrStream(const mstring&) { return new ZktOstringstream(); }
 IOutStream* IOutStream::createNullStream() { return new NullStream(); }
 IOutStream* IOutStream::createWrapStream(IOutStream* s1) { return new WrapStream(s1); }

@@ -269,6 +269,9 @@ public:
   IOutStream& operator<<(unsigned short n) { return *this << (long)n; }
 
   static IOutStream* createFileStream(const mstring& fnm);  // panics when it can't open
+  // Writes what this thread's file streams hold in their buffers to their
+  // files, for a process about to end without closing them.
+  static void drainOpenFiles();
   static IOutStream* createStrStream(const mstring& m_dir);  // argument ignored
   static IOutStream* createNullStream();
   static IOutStream* createWrapStream(IOutStream* s1);
