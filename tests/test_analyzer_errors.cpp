@@ -168,6 +168,7 @@ const ErrorCase kRefused[] = {
   { DB "class c { char<4> a, b; trigram<a, b> t; };", "[c.t] Trigram index can be defined only for single field.", 2 },
   { DB "struct s { char<4> a; };\nclass c { s x; trigram<x.a> t; };", "[c.t] R-Tree can be defined only for single field.", 3 },  // the R-tree's text: intended
   { DB "class c { char<4> a[2]; trigram<a> t; };", "[c.t] Trigram index can be defined only for character or string types.", 2 },
+  { DB "class c { tree<*> all; };", "[c.all] Index over all fields of a class without fields.", 2 },
   { DB "class c { double r[3]; rtree<r> i; };", "[c.i] R-Tree can be defined only for array of rectangles or array of scalars with even length.", 2 },
   { DB "class c { signed<4> v[2]; kdtree<v> k; };", "[c.v] A vector or array can not be element of KD-Tree index.", 2 },
   { DB "struct s { boolean f; };\nclass c { s x; tree<x.f> t; };", "field f: only patricia index allowed on this type of field", 3 },

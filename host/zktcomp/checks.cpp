@@ -292,6 +292,8 @@ void Analyzer::finishIndices() {
 
       if (idx.v_indfield.size() == 1 && idx.v_indfield[0] == "*") {
         const unsigned int n = cls.v_field.size();
+        // An index over every field of a class without fields has no key.
+        if (n == 0) error2("[#1.#2] Index over all fields of a class without fields.", cls.m_name, idx.m_name);
         idx.v_indfield.resize(n, mstring());
         idx.v_descending.resize(n, false);
         idx.v_case_insensitive.resize(n, false);
