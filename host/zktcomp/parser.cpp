@@ -287,7 +287,7 @@ bool Parser::canAppend(const char* t, size_t len, char c) {
     return t[len - 2] == '\\';
   }
   if (isBlank(c)) return false;
-  if (fst != 0 && strchr("{}<>;,()[]:*.=", fst) != nullptr) return false;
+  if (isSign(fst)) return false;
   // Names the character behind the strange one (intended); a strange
   // character before a blank or the line end becomes a token of its own.
   error(mstring("Unrecognized Symbol \"") + mstring(&c, 1) + "\"", m_pos);

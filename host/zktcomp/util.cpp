@@ -230,13 +230,6 @@ public:
   bool valid() override;
 };
 
-// The hash of a text up to its first NUL, as strcmp sees it.
-size_t textHash(const char* s) {
-  size_t h = 14695981039346656037ull;
-  for (; *s; s++) h = (h ^ (unsigned char)*s) * 1099511628211ull;
-  return h;
-}
-
 // Holds every object in els, in order of insertion (iteration, size).
 // While every object is ordered by name alone, a table of positions by the
 // hash of that name answers add, find and remove. When an object without a
@@ -255,10 +248,10 @@ public:
     const mstring* k = obj.get() != nullptr ? obj.get()->key() : nullptr;
     if (m_keyed && k == nullptr) keysChanged();
     if (m_keyed) {
-      const size_t hash = textHash(k->c_str());
-      if (slotOf(k->c_str(), hash) != nullptr) return false;  // the object that came first stays
+      const unsigned int hash = textHash(k->c_str());
+      if (position(k->c_str(), hash) >= 0) return false;  // the object that came first stays
       els.push_back(obj);
-      enter(els.size() - 1, hash);
+      m_table.add(els.size() - 1, hash);
       return true;
     }
     if (!sorted_els.insert(obj).second) return false;
@@ -282,11 +275,11 @@ public:
   // The object is no longer found, but iteration and size still show it.
   void remove(const IComparable& obj) override {
     if (m_keyed && obj.key() != nullptr) {
-      Cell* slot = slotOf(obj.key()->c_str(), textHash(obj.key()->c_str()));
-      if (slot == nullptr) return;
-      m_removed.push_back(slot->at - 1);
-      slot->at = kGone;
-      forgetRecent();
+      const unsigned int hash = textHash(obj.key()->c_str());
+      const int at = position(obj.key()->c_str(), hash);
+      if (at < 0) return;
+      m_table.remove((unsigned int)at, hash);
+      m_removed.push_back((unsigned int)at);
       return;
     }
     if (m_keyed) keysChanged();
@@ -297,96 +290,31 @@ public:
   Pos* first() const override { return new PosImpl(this); }
 
   bool keyed() const override { return m_keyed; }
-  // The last names found are tried first: a schema names few types again
-  // and again, and their texts are then at hand without hashing.
   HIComparable* findKey(const mstring& key) override {
-    if (!m_keyed || m_table.size() == 0) return nullptr;  // an empty set needs no hash
-    const char* text = key.c_str();
-    const unsigned int len = key.size();
-    for (const Recent& r : m_recent)
-      if (r.len == len && len != 0 && memcmp(r.text, text, len) == 0) return &els[r.pos];
-    Cell* slot = slotOf(text, textHash(text));
-    if (slot == nullptr) return nullptr;
-    if (len < sizeof(Recent::text)) {
-      Recent& r = m_recent[m_nextRecent];
-      memcpy(r.text, text, len);
-      r.len = len;
-      r.pos = slot->at - 1;
-      m_nextRecent = (m_nextRecent + 1) % kRecent;
-    }
-    return &els[slot->at - 1];
+    if (!m_keyed || m_table.empty()) return nullptr;  // an empty set needs no hash
+    const int at = position(key.c_str(), textHash(key.c_str()));
+    return at >= 0 ? &els[(unsigned int)at] : nullptr;
   }
   void keysChanged() override {
     if (!m_keyed) return;
     m_keyed = false;
-    forgetRecent();
     mvector<bool> gone;
     gone.resize(els.size(), false);
     for (unsigned int i = 0; i < m_removed.size(); i++) gone[m_removed[i]] = true;
     for (unsigned int i = 0; i < els.size(); i++)
       if (!gone[i]) sorted_els.insert(els[i]);
-    m_table = mvector<Cell>();
+    m_table = PosTable();
     m_removed = mvector<unsigned int>();
   }
 
 private:
-  static const unsigned int kGone = 0xffffffffu;  // a removed object's cell
   bool m_keyed = true;
-  struct Cell {
-    unsigned int at;    // position + 1; 0 for a free cell
-    unsigned int hash;  // high half of the name's hash
-  };
-  mvector<Cell> m_table;    // by hash of the name
-  unsigned int m_used = 0;  // cells not free
+  PosTable m_table;  // while keyed
   mvector<unsigned int> m_removed;
-  // Short names found lately, as looked for, with the object's position.
-  struct Recent {
-    char text[28];
-    unsigned int len;  // 0: unused
-    unsigned int pos;
-  };
-  static const unsigned int kRecent = 4;
-  Recent m_recent[kRecent] = {};
-  unsigned int m_nextRecent = 0;
-  void forgetRecent() {
-    for (Recent& r : m_recent) r.len = 0;
-  }
   std::set<HIComparable, ByLess> sorted_els;  // once not keyed
 
-  // The cell of key, or null. A cell holds the name's hash beside the
-  // position, so that only an equal hash costs a comparison of texts.
-  Cell* slotOf(const char* key, size_t hash) {
-    if (m_table.size() == 0) return nullptr;
-    const unsigned int mask = m_table.size() - 1;
-    const unsigned int h = (unsigned int)(hash >> 32);
-    for (unsigned int i = (unsigned int)hash & mask;; i = (i + 1) & mask) {
-      const Cell& c = m_table[i];
-      if (c.at == 0) return nullptr;
-      if (c.hash == h && c.at != kGone && strcmp(els[c.at - 1].get()->key()->c_str(), key) == 0) return &m_table[i];
-    }
-  }
-
-  void enter(unsigned int pos, size_t hash) {
-    if (2 * (m_used + 1) > m_table.size()) {
-      // Twice the live objects' room, entered afresh; removed cells go.
-      unsigned int cap = 16;
-      while (cap < 4 * (m_used + 1)) cap *= 2;
-      const mvector<Cell> old = std::move(m_table);
-      m_table = mvector<Cell>();
-      m_table.resize(cap, Cell{0, 0});
-      m_used = 0;
-      for (unsigned int i = 0; i < old.size(); i++)
-        if (old[i].at != 0 && old[i].at != kGone) place(old[i].at - 1, textHash(els[old[i].at - 1].get()->key()->c_str()));
-    }
-    place(pos, hash);
-  }
-
-  void place(unsigned int pos, size_t hash) {
-    const unsigned int mask = m_table.size() - 1;
-    unsigned int i = (unsigned int)hash & mask;
-    while (m_table[i].at != 0) i = (i + 1) & mask;
-    m_table[i] = Cell{pos + 1, (unsigned int)(hash >> 32)};
-    m_used++;
+  int position(const char* key, unsigned int hash) const {
+    return m_table.find(hash, [&](unsigned int at) { return strcmp(els[at].get()->key()->c_str(), key) == 0; });
   }
 
   HIComparable* found(std::set<HIComparable, ByLess>::iterator it) {
@@ -412,51 +340,68 @@ const unsigned int kDirectMax = 8;  // lists up to this long are searched direct
 
 }  // namespace
 
-int StringSet::position(const char* text, size_t hash) const {
-  if (m_index.size() == 0) {
+unsigned int textHash(const char* s) {
+  unsigned long long h = 14695981039346656037ull;
+  for (; *s; s++) h = (h ^ (unsigned char)*s) * 1099511628211ull;
+  return (unsigned int)(h ^ (h >> 32));
+}
+
+void PosTable::place(unsigned int pos, unsigned int hash) {
+  const unsigned int mask = m_cells.size() - 1;
+  unsigned int i = hash & mask;
+  while (m_cells[i].at != 0) i = (i + 1) & mask;
+  m_cells[i] = Cell{pos + 1, hash};
+  m_used++;
+}
+
+void PosTable::add(unsigned int pos, unsigned int hash) {
+  if (2 * (m_used + 1) > m_cells.size()) {
+    // Room for twice the live positions, entered afresh; removed cells go.
+    unsigned int cap = 16;
+    while (cap < 4 * (m_used + 1)) cap *= 2;
+    const mvector<Cell> old = std::move(m_cells);
+    m_cells = mvector<Cell>();
+    m_cells.resize(cap, Cell{0, 0});
+    m_used = 0;
+    for (unsigned int i = 0; i < old.size(); i++)
+      if (old[i].at != 0 && old[i].at != kGone) place(old[i].at - 1, old[i].hash);
+  }
+  place(pos, hash);
+}
+
+void PosTable::remove(unsigned int pos, unsigned int hash) {
+  if (m_cells.size() == 0) return;
+  const unsigned int mask = m_cells.size() - 1;
+  for (unsigned int i = hash & mask; m_cells[i].at != 0; i = (i + 1) & mask) {
+    if (m_cells[i].at == pos + 1) {
+      m_cells[i].at = kGone;
+      return;
+    }
+  }
+}
+
+int StringSet::position(const char* text) const {
+  if (m_index.empty()) {
     for (unsigned int i = 0; i < els.size(); i++)
       if (strcmp(els[i].c_str(), text) == 0) return (int)i;
     return -1;
   }
-  const unsigned int mask = m_index.size() - 1;
-  for (unsigned int i = (unsigned int)hash & mask;; i = (i + 1) & mask) {
-    const unsigned int at = m_index[i];
-    if (at == 0) return -1;
-    if (strcmp(els[at - 1].c_str(), text) == 0) return (int)(at - 1);
-  }
-}
-
-void StringSet::place(unsigned int pos, size_t hash) {
-  const unsigned int mask = m_index.size() - 1;
-  unsigned int i = (unsigned int)hash & mask;
-  while (m_index[i] != 0) i = (i + 1) & mask;
-  m_index[i] = pos + 1;
+  return m_index.find(textHash(text), [&](unsigned int at) { return strcmp(els[at].c_str(), text) == 0; });
 }
 
 bool StringSet::insert(const mstring& s) {
-  const char* text = s.c_str();
-  const size_t hash = m_index.size() != 0 ? textHash(text) : 0;
-  if (position(text, hash) >= 0) return false;
+  if (position(s.c_str()) >= 0) return false;
   els.push_back(s);
   const unsigned int n = els.size();
   if (n <= kDirectMax) return true;
-  if (2 * n <= m_index.size()) {
-    place(n - 1, hash);
-    return true;
+  if (m_index.empty()) {  // the list just became long
+    for (unsigned int i = 0; i + 1 < n; i++) m_index.add(i, textHash(els[i].c_str()));
   }
-  // A table at most half full: every position is entered afresh.
-  unsigned int cap = 4 * kDirectMax;
-  while (cap < 2 * n) cap *= 2;
-  m_index = mvector<unsigned int>();
-  m_index.resize(cap, 0);
-  for (unsigned int i = 0; i < n; i++) place(i, textHash(els[i].c_str()));
+  m_index.add(n - 1, textHash(els[n - 1].c_str()));
   return true;
 }
 
-bool StringSet::find(const mstring& s) const {
-  const char* text = s.c_str();
-  return position(text, m_index.size() != 0 ? textHash(text) : 0) >= 0;
-}
+bool StringSet::find(const mstring& s) const { return position(s.c_str()) >= 0; }
 
 // ---------------------------------------------------------------- streams
 

@@ -230,6 +230,40 @@ private:
   HISet& operator=(const HISet&);
 };
 
+// Positions in a list, found by a 32-bit hash of their entries: open
+// addressing, at most half full. The owner says which position holds what
+// it looks for. A removed position's cell is skipped until the table grows.
+class PosTable {
+public:
+  bool empty() const { return m_cells.size() == 0; }
+  // The position with this hash that same(position) accepts, or -1.
+  template <class Same>
+  int find(unsigned int hash, Same same) const {
+    if (m_cells.size() == 0) return -1;
+    const unsigned int mask = m_cells.size() - 1;
+    for (unsigned int i = hash & mask;; i = (i + 1) & mask) {
+      const Cell& c = m_cells[i];
+      if (c.at == 0) return -1;
+      if (c.hash == hash && c.at != kGone && same(c.at - 1)) return (int)(c.at - 1);
+    }
+  }
+  void add(unsigned int pos, unsigned int hash);
+  void remove(unsigned int pos, unsigned int hash);
+
+private:
+  struct Cell {
+    unsigned int at;    // position + 1; 0 for a free cell
+    unsigned int hash;
+  };
+  static const unsigned int kGone = 0xffffffffu;  // a removed position's cell
+  mvector<Cell> m_cells;
+  unsigned int m_used = 0;  // cells not free
+  void place(unsigned int pos, unsigned int hash);
+};
+
+// The hash of a text up to its first NUL, as strcmp sees it.
+unsigned int textHash(const char* s);
+
 // A plain list of distinct strings, in insertion order. els is written only
 // through insert. Equality is strcmp on c_str(), so the key is the text up
 // to its first NUL. A short list is searched directly; a longer one also
@@ -241,9 +275,8 @@ public:
   bool find(const mstring& s) const;
 
 private:
-  mvector<unsigned int> m_index;  // position + 1 by hash, 0 for a free cell; empty for a short list
-  int position(const char* text, size_t hash) const;
-  void place(unsigned int pos, size_t hash);
+  PosTable m_index;  // empty for a short list
+  int position(const char* text) const;
 };
 
 // ---------------------------------------------------------------- output streams
